@@ -1,0 +1,46 @@
+/* tmspl32.h — the dictionary library's exported interface.
+ *
+ * A host opens a handle over a folder of dictionary files (DictOpen), checks
+ * words one at a time (DictCheckWord), walks the suggestions for the last
+ * rejected word (DictGetNextSug), adds words to the user's word list
+ * (DictAddWord), and closes the handle (DictClose), which saves that list.
+ * Each handle takes one of the engine's 16 sessions.
+ */
+#ifndef TMSPL32_H
+#define TMSPL32_H
+
+#include <stdint.h>
+
+#ifdef _WIN32
+#define DICT_API __declspec(dllexport)
+#define DICT_CALL __stdcall
+#else
+#define DICT_API __attribute__((visibility("default")))
+#define DICT_CALL
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Byte offsets of the fields the library reads from the host's record. */
+#define DICT_PARAMS_MAIN_LEX_NAME 88   /* zero-terminated, at most 19 characters */
+#define DICT_PARAMS_LANGUAGE      108  /* 16-bit little-endian language id */
+#define DICT_PARAMS_USER_LIST     154  /* zero-terminated user word list name */
+
+typedef struct DictHandle DictHandle;
+
+DICT_API DictHandle *DICT_CALL DictOpen(const char *folderPath, const void *params, int32_t unused);
+DICT_API int32_t DICT_CALL DictClose(DictHandle *handle);
+DICT_API int32_t DICT_CALL DictCheckWord(DictHandle *handle, const char *word);
+DICT_API int32_t DICT_CALL DictGetNextSug(DictHandle *handle, char *buffer);
+DICT_API int32_t DICT_CALL DictAddWord(DictHandle *handle, const char *word);
+
+/* Not exported: removes a word from the handle's user word list. */
+int16_t DictDeleteWord(DictHandle *handle, const char *word);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* TMSPL32_H */

@@ -1,0 +1,120 @@
+// platform/posix/platform_posix.cpp — the OS layer over POSIX calls.
+#include "platform/platform.h"
+
+#include <cctype>
+#include <cstdio>
+#include <ctime>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#ifdef ORTH_FAULT_SEAMS
+namespace {
+int writesLeft = -1;   // -1: no fault armed
+int createsToFail = 0;
+}  // namespace
+
+void platFailWritesAfter(int n) { writesLeft = n; }
+void platFailCreates(int n) { createsToFail = n; }
+void platClearFaults() { writesLeft = -1; createsToFail = 0; }
+#endif
+
+int32_t platOpenRead(const char *path) {
+    if (path == nullptr) return -1;
+    int fd = open(path, O_RDONLY | O_CLOEXEC);
+    return fd < 0 ? -1 : fd;
+}
+
+int32_t platCreate(const char *path) {
+    if (path == nullptr) return -1;
+#ifdef ORTH_FAULT_SEAMS
+    if (createsToFail > 0) { --createsToFail; return -1; }
+#endif
+    int fd = open(path, O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    return fd < 0 ? -1 : fd;
+}
+
+int32_t platRead(int32_t handle, void *buffer, uint32_t count) {
+    uint32_t done = 0;
+    auto *p = static_cast<unsigned char *>(buffer);
+    while (done < count) {
+        ssize_t n = read(handle, p + done, count - done);
+        if (n < 0) return done > 0 ? static_cast<int32_t>(done) : -1;
+        if (n == 0) break;
+        done += static_cast<uint32_t>(n);
+    }
+    return static_cast<int32_t>(done);
+}
+
+int32_t platWrite(int32_t handle, const void *buffer, uint32_t count) {
+#ifdef ORTH_FAULT_SEAMS
+    if (writesLeft == 0) return 0;
+    if (writesLeft > 0) --writesLeft;
+#endif
+    uint32_t done = 0;
+    auto *p = static_cast<const unsigned char *>(buffer);
+    while (done < count) {
+        ssize_t n = write(handle, p + done, count - done);
+        if (n <= 0) return done > 0 ? static_cast<int32_t>(done) : -1;
+        done += static_cast<uint32_t>(n);
+    }
+    return static_cast<int32_t>(done);
+}
+
+int32_t platSeek(int32_t handle, int32_t offset, int origin) {
+    int whence = origin == 0 ? SEEK_SET : origin == 1 ? SEEK_CUR : origin == 2 ? SEEK_END : -1;
+    if (whence < 0) return -1;
+    off_t pos = lseek(handle, offset, whence);
+    if (pos < 0 || pos > INT32_MAX) return -1;
+    return static_cast<int32_t>(pos);
+}
+
+void platClose(int32_t handle) {
+    if (handle >= 0) close(handle);
+}
+
+int32_t platFileTime(const char *path) {
+    struct stat st;
+    if (path == nullptr || stat(path, &st) != 0) return 0;
+    return static_cast<int32_t>(st.st_mtime);
+}
+
+bool platFileExists(const char *path) {
+    struct stat st;
+    return path != nullptr && stat(path, &st) == 0;
+}
+
+int platRemove(const char *path) { return std::remove(path); }
+int platRename(const char *from, const char *to) { return std::rename(from, to); }
+
+char platPathSeparator() { return '/'; }
+
+void platLocalTime(PlatTime *out) {
+    time_t now = time(nullptr);
+    struct tm tmv;
+    localtime_r(&now, &tmv);
+    out->year = tmv.tm_year + 1900;
+    out->month = tmv.tm_mon + 1;
+    out->day = tmv.tm_mday;
+    out->hour = tmv.tm_hour;
+    out->minute = tmv.tm_min;
+    out->second = tmv.tm_sec;
+    out->weekday = tmv.tm_wday;
+}
+
+int32_t platNow() { return static_cast<int32_t>(time(nullptr)); }
+
+// Letters of ISO 8859-1 (code page 1252 on Windows): ASCII letters, the
+// Latin-1 letters from 0xC0 except the multiplication and division signs,
+// and the 1252 letters in 0x80-0x9F (Š, Œ, Ž, š, œ, ž, Ÿ) plus ª, µ, º.
+bool platIsCharAlpha(unsigned char c) {
+    if ((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z')) return true;
+    if (c >= 0xC0) return c != 0xD7 && c != 0xF7;
+    switch (c) {
+    case 0x83: case 0x8A: case 0x8C: case 0x8E: case 0x9A: case 0x9C: case 0x9E: case 0x9F:
+    case 0xAA: case 0xB5: case 0xBA:
+        return true;
+    default:
+        return false;
+    }
+}
