@@ -38,7 +38,7 @@ int32_t platCreate(const char *path) {
 
 int32_t platRead(int32_t handle, void *buffer, uint32_t count) {
     UINT n = _lread(static_cast<HFILE>(handle), buffer, count);
-    return n == HFILE_ERROR ? -1 : static_cast<int32_t>(n);
+    return n == static_cast<UINT>(HFILE_ERROR) ? -1 : static_cast<int32_t>(n);
 }
 
 int32_t platWrite(int32_t handle, const void *buffer, uint32_t count) {
@@ -47,7 +47,7 @@ int32_t platWrite(int32_t handle, const void *buffer, uint32_t count) {
     if (writesLeft > 0) --writesLeft;
 #endif
     UINT n = _lwrite(static_cast<HFILE>(handle), static_cast<LPCCH>(buffer), count);
-    return n == HFILE_ERROR ? -1 : static_cast<int32_t>(n);
+    return n == static_cast<UINT>(HFILE_ERROR) ? -1 : static_cast<int32_t>(n);
 }
 
 int32_t platSeek(int32_t handle, int32_t offset, int origin) {
