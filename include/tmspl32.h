@@ -19,6 +19,13 @@
 #define DICT_CALL
 #endif
 
+/* The functions never throw; C++ callers see that in the type. */
+#ifdef __cplusplus
+#define DICT_NOTHROW noexcept
+#else
+#define DICT_NOTHROW
+#endif
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -30,14 +37,14 @@ extern "C" {
 
 typedef struct DictHandle DictHandle;
 
-DICT_API DictHandle *DICT_CALL DictOpen(const char *folderPath, const void *params, int32_t unused);
-DICT_API int32_t DICT_CALL DictClose(DictHandle *handle);
-DICT_API int32_t DICT_CALL DictCheckWord(DictHandle *handle, const char *word);
-DICT_API int32_t DICT_CALL DictGetNextSug(DictHandle *handle, char *buffer);
-DICT_API int32_t DICT_CALL DictAddWord(DictHandle *handle, const char *word);
+DICT_API DictHandle *DICT_CALL DictOpen(const char *folderPath, const void *params, int32_t unused) DICT_NOTHROW;
+DICT_API int32_t DICT_CALL DictClose(DictHandle *handle) DICT_NOTHROW;
+DICT_API int32_t DICT_CALL DictCheckWord(DictHandle *handle, const char *word) DICT_NOTHROW;
+DICT_API int32_t DICT_CALL DictGetNextSug(DictHandle *handle, char *buffer) DICT_NOTHROW;
+DICT_API int32_t DICT_CALL DictAddWord(DictHandle *handle, const char *word) DICT_NOTHROW;
 
 /* Not exported: removes a word from the handle's user word list. */
-int16_t DictDeleteWord(DictHandle *handle, const char *word);
+int16_t DictDeleteWord(DictHandle *handle, const char *word) DICT_NOTHROW;
 
 #ifdef __cplusplus
 }

@@ -1,0 +1,99 @@
+// dict/userlist.cpp — the user word list file: a 16-bit little-endian word
+// count, then one record per word (a length byte and the word's bytes).
+//
+// Design notes (the list file)
+// (1) The file on disk is always the old list or the complete new one:
+//     saveUserList writes "<list>.tmp" beside it and renames it over the old
+//     file only after every byte was written; on any failure the temporary
+//     file is removed and the old list stays.
+// (2) loadUserList adds only whole records: the first record cut short by the
+//     end of the file ends the load, and the count field bounds it.
+// (3) The count written always equals the records written: a lexicon of more
+//     than 65535 words is saved with its first 65535, in image order.
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "dict/dict_int.h"
+#include "orth.h"
+#include "platform/platform.h"
+
+namespace {
+
+// Reads exactly count bytes; false on a short read or an error.
+bool readExactly(int32_t fh, void *buffer, uint32_t count) {
+    return count == 0 || platRead(fh, buffer, count) == static_cast<int32_t>(count);
+}
+
+}  // namespace
+
+int32_t loadUserList(DictHandle *handle, const char *path) {
+    int32_t fh = platOpenRead(path);
+    if (fh < 0) return 0;
+    unsigned char countBytes[2];
+    int32_t loaded = 0;
+    if (readExactly(fh, countBytes, 2)) {
+        uint32_t count = countBytes[0] | (countBytes[1] << 8);
+        char word[kDictWordBufSize];
+        for (uint32_t n = 0; n < count; ++n) {
+            unsigned char len = 0;
+            if (!readExactly(fh, &len, 1) || !readExactly(fh, word, len)) break;
+            word[len] = '\0';
+            ORTH_AddToLex(static_cast<int16_t>(handle->sessionId),
+                          static_cast<int16_t>(handle->userLexId), word, nullptr);
+            ++loaded;
+        }
+    }
+    platClose(fh);
+    return loaded;
+}
+
+int16_t saveUserList(DictHandle *handle, const char *path) {
+    int16_t session = static_cast<int16_t>(handle->sessionId);
+    int16_t lex = static_cast<int16_t>(handle->userLexId);
+    uint32_t size = 0;
+    int16_t rc = ORTH_GetLexInfo(session, lex, &size, nullptr, nullptr, nullptr);
+    if (rc < 0) return rc;
+    if (size == 0) size = 1;
+    auto *image = static_cast<char *>(std::calloc(size, 1));
+    if (image == nullptr) return ORTH_OUT_OF_MEMORY_ERR;
+    int32_t got = ORTH_GetLex(session, lex, image, size);
+    if (got < 0) { std::free(image); return static_cast<int16_t>(got); }
+    image[size - 1] = '\0';
+
+    // The file image: the count, then the records; never larger than the
+    // lexicon image plus the count.
+    auto *file = static_cast<unsigned char *>(std::malloc(size + 2));
+    if (file == nullptr) { std::free(image); return ORTH_OUT_OF_MEMORY_ERR; }
+    uint32_t fileLen = 2, words = 0, pos = 0;
+    while (pos < size && image[pos] != '\0' && words < kDictMaxListWords) {
+        size_t len = std::strlen(image + pos);
+        if (len <= 255) {  // longer entries cannot be recorded; the engine keeps 63
+            file[fileLen++] = static_cast<unsigned char>(len);
+            std::memcpy(file + fileLen, image + pos, len);
+            fileLen += static_cast<uint32_t>(len);
+            ++words;
+        }
+        pos += static_cast<uint32_t>(len) + 1;
+    }
+    std::free(image);
+    file[0] = static_cast<unsigned char>(words & 0xFF);
+    file[1] = static_cast<unsigned char>(words >> 8);
+
+    std::string temp = std::string(path) + ".tmp";
+    int32_t fh = platCreate(temp.c_str());
+    if (fh < 0) { std::free(file); return ORTH_FILE_OPEN_ERR; }
+    bool written = platWrite(fh, file, fileLen) == static_cast<int32_t>(fileLen);
+    platClose(fh);
+    std::free(file);
+    if (written && platRename(temp.c_str(), path) != 0) {
+        // Some systems refuse to rename over an existing file.
+        platRemove(path);
+        written = platRename(temp.c_str(), path) == 0;
+    }
+    if (!written) {
+        platRemove(temp.c_str());
+        return ORTH_FILE_WRITE_ERR;
+    }
+    return 0;
+}
