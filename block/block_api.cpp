@@ -1,0 +1,206 @@
+// block/block_api.cpp — the ORTH_ block functions: four block slots per
+// session, id validation with the per-call log lines, and the block-checking
+// loop that runs forward to the next word worth reporting.
+//
+// (1) A block slot is empty or holds a TextBlock that BlockOpen accepted;
+//     ORTH_OpenBlock fills it only after BlockOpen succeeds, and
+//     closeBlockSlot (ORTH_CloseBlock and session close) empties it.
+// (2) The session's closer is registered before the first block exists, so a
+//     session never closes while owning a block it cannot release.
+// (3) ORTH_CheckBlock leaves the cursor on the word it reports, and on the
+//     end of the text when it reports ORTH_CHK_END_OF_BLOCK.
+#include <cstring>
+#include <new>
+
+#include "block/block.h"
+#include "check/chartab.h"
+#include "check/check.h"
+#include "engine/log.h"
+#include "engine/session.h"
+#include "orth.h"
+
+namespace {
+
+bool closerRegistered = false;
+
+void closeBlockSlot(Session *session, int16_t blockId) {
+    TextBlock *block = session->blocks[blockId];
+    BlockClose(block);
+    delete block;
+    session->blocks[blockId] = nullptr;
+    engineLog("ORTH_CloseBlock: block %hd closed", blockId);
+}
+
+// The open block of the session, or null after logging "<fn>: bad block id %hd".
+TextBlock *blockFor(Session *session, int16_t blockId, const char *function) {
+    if (blockId < 0 || blockId >= kMaxBlocksPerSession || session->blocks[blockId] == nullptr) {
+        engineLog("%s: bad block id %hd", function, blockId);
+        return nullptr;
+    }
+    return session->blocks[blockId];
+}
+
+bool isAllDigits(const char *word, int charSet) {
+    for (const char *p = word; *p != '\0'; ++p) {
+        if (!(classOf(charSet, static_cast<unsigned char>(*p)) & CC_DIGIT)) return false;
+    }
+    return true;
+}
+
+// checkWord with the caller's replacement buffer. The checker may treat a
+// nonzero-size replacement as 64 bytes, so a smaller caller buffer is served
+// through a local one and receives at most size-1 bytes and a zero.
+int16_t checkBlockWord(Session *session, uint32_t mask, const char *word, char *replacement,
+                       uint16_t replacementSize) {
+    if (replacement == nullptr) replacementSize = 0;
+    if (replacementSize == 0 || replacementSize >= kWordBufSize) {
+        return checkWord(session, mask, word, replacement, replacementSize);
+    }
+    char local[kWordBufSize] = {};
+    int16_t result = checkWord(session, mask, word, local, kWordBufSize);
+    size_t n = std::strlen(local);
+    if (n > replacementSize - 1u) n = replacementSize - 1u;
+    std::memcpy(replacement, local, n);
+    replacement[n] = '\0';
+    return result;
+}
+
+}  // namespace
+
+// The new block id 0 to 3; ORTH_BAD_SESSION_ID_ERR, ORTH_TOO_MANY_BLOCKS_ERR,
+// ORTH_OUT_OF_MEMORY_ERR, or BlockOpen's code, each logged, with no slot used.
+extern "C" int16_t ORTH_OpenBlock(int16_t sessionId, char *text, uint32_t length, uint32_t size,
+                                  uint16_t copy) noexcept {
+    Session *s = sessionFor(sessionId, "ORTH_OpenBlock");
+    if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
+    int16_t slot = 0;
+    while (slot < kMaxBlocksPerSession && s->blocks[slot] != nullptr) ++slot;
+    if (slot == kMaxBlocksPerSession) {
+        engineLog("ORTH_OpenBlock: too many blocks");
+        return ORTH_TOO_MANY_BLOCKS_ERR;
+    }
+    TextBlock *block = new (std::nothrow) TextBlock{};
+    if (block == nullptr) {
+        engineLog("ORTH_OpenBlock: out of memory");
+        return ORTH_OUT_OF_MEMORY_ERR;
+    }
+    int16_t rc = BlockOpen(text, length, size, copy, s->charSet, block);
+    if (rc < 0) {
+        delete block;
+        return rc;
+    }
+    if (!closerRegistered) {
+        setBlockCloser(closeBlockSlot);
+        closerRegistered = true;
+    }
+    s->blocks[slot] = block;
+    engineLog("ORTH_OpenBlock: block %hd opened", slot);
+    return slot;
+}
+
+// 0, or ORTH_BAD_SESSION_ID_ERR / ORTH_BAD_BLOCK_ID_ERR (logged).
+extern "C" int16_t ORTH_CloseBlock(int16_t sessionId, int16_t blockId) noexcept {
+    Session *s = sessionFor(sessionId, "ORTH_CloseBlock");
+    if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
+    if (blockFor(s, blockId, "ORTH_CloseBlock") == nullptr) return ORTH_BAD_BLOCK_ID_ERR;
+    closeBlockSlot(s, blockId);
+    return 0;
+}
+
+// A nonzero check result for the word now under the cursor (the word is in
+// `word`), ORTH_CHK_END_OF_BLOCK when the text holds no further word worth
+// reporting, ORTH_BAD_SESSION_ID_ERR / ORTH_BAD_BLOCK_ID_ERR (logged), or
+// ORTH_BUFFER_TOO_SMALL_ERR (logged) for a word buffer of size 0.
+extern "C" int16_t ORTH_CheckBlock(int16_t sessionId, int16_t blockId, uint32_t mask, char *word,
+                                   uint16_t wordSize, char *replacement,
+                                   uint16_t replacementSize) noexcept {
+    Session *s = sessionFor(sessionId, "ORTH_CheckBlock");
+    if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
+    TextBlock *block = blockFor(s, blockId, "ORTH_CheckBlock");
+    if (block == nullptr) return ORTH_BAD_BLOCK_ID_ERR;
+    uint32_t checkMask = mask | s->options;
+    for (;;) {
+        int16_t rc = BlockGetWord(block, word, wordSize);
+        if (rc == ORTH_WORD_NOT_FOUND_ERR) return ORTH_CHK_END_OF_BLOCK;
+        if (rc < 0) return rc;
+        // Only the first word of a block must start with a capital.
+        if ((checkMask & ORTH_REPORT_UNCAPPED_WORDS_OPT) && !BlockAtFirstWord(block)) {
+            checkMask &= ~ORTH_REPORT_UNCAPPED_WORDS_OPT;
+        }
+        int16_t result = 0;
+        if (!isAllDigits(word, block->charSet)) {
+            result = checkBlockWord(s, checkMask, word, replacement, replacementSize);
+            if ((checkMask & ORTH_REPORT_DOUBLED_WORDS_OPT) &&
+                BlockDoubledWord(block, (checkMask & ORTH_CASE_SENSITIVE_OPT) != 0)) {
+                result |= ORTH_CHK_DOUBLED_WORD;
+            }
+        }
+        if (result != 0) return result;
+        if (BlockNextWord(block) < 0) return ORTH_CHK_END_OF_BLOCK;
+    }
+}
+
+// The calls below validate the session and block ids (ORTH_BAD_SESSION_ID_ERR,
+// ORTH_BAD_BLOCK_ID_ERR, each logged with the call's name) and otherwise
+// return the block operation's result unchanged (see block/block.h).
+extern "C" int16_t ORTH_NextBlockWord(int16_t sessionId, int16_t blockId) noexcept {
+    Session *s = sessionFor(sessionId, "ORTH_NextBlockWord");
+    if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
+    TextBlock *block = blockFor(s, blockId, "ORTH_NextBlockWord");
+    if (block == nullptr) return ORTH_BAD_BLOCK_ID_ERR;
+    return BlockNextWord(block);
+}
+
+extern "C" int16_t ORTH_GetBlockWord(int16_t sessionId, int16_t blockId, char *buffer,
+                                     uint16_t size) noexcept {
+    Session *s = sessionFor(sessionId, "ORTH_GetBlockWord");
+    if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
+    TextBlock *block = blockFor(s, blockId, "ORTH_GetBlockWord");
+    if (block == nullptr) return ORTH_BAD_BLOCK_ID_ERR;
+    return BlockGetWord(block, buffer, size);
+}
+
+extern "C" int16_t ORTH_ReplaceBlockWord(int16_t sessionId, int16_t blockId,
+                                         const char *newWord) noexcept {
+    Session *s = sessionFor(sessionId, "ORTH_ReplaceBlockWord");
+    if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
+    TextBlock *block = blockFor(s, blockId, "ORTH_ReplaceBlockWord");
+    if (block == nullptr) return ORTH_BAD_BLOCK_ID_ERR;
+    return BlockReplaceWord(block, newWord);
+}
+
+extern "C" int16_t ORTH_DelBlockWord(int16_t sessionId, int16_t blockId) noexcept {
+    Session *s = sessionFor(sessionId, "ORTH_DelBlockWord");
+    if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
+    TextBlock *block = blockFor(s, blockId, "ORTH_DelBlockWord");
+    if (block == nullptr) return ORTH_BAD_BLOCK_ID_ERR;
+    return BlockDeleteWord(block);
+}
+
+extern "C" int32_t ORTH_GetBlock(int16_t sessionId, int16_t blockId, char *buffer,
+                                 uint32_t size) noexcept {
+    Session *s = sessionFor(sessionId, "ORTH_GetBlock");
+    if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
+    TextBlock *block = blockFor(s, blockId, "ORTH_GetBlock");
+    if (block == nullptr) return ORTH_BAD_BLOCK_ID_ERR;
+    return BlockGetText(block, buffer, size);
+}
+
+extern "C" int16_t ORTH_GetBlockInfo(int16_t sessionId, int16_t blockId, uint32_t *length,
+                                     uint32_t *size, uint32_t *cursor,
+                                     uint32_t *wordCount) noexcept {
+    Session *s = sessionFor(sessionId, "ORTH_GetBlockInfo");
+    if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
+    TextBlock *block = blockFor(s, blockId, "ORTH_GetBlockInfo");
+    if (block == nullptr) return ORTH_BAD_BLOCK_ID_ERR;
+    return BlockGetInfo(block, length, size, cursor, wordCount);
+}
+
+extern "C" int16_t ORTH_SetBlockCursor(int16_t sessionId, int16_t blockId,
+                                       uint32_t cursor) noexcept {
+    Session *s = sessionFor(sessionId, "ORTH_SetBlockCursor");
+    if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
+    TextBlock *block = blockFor(s, blockId, "ORTH_SetBlockCursor");
+    if (block == nullptr) return ORTH_BAD_BLOCK_ID_ERR;
+    return BlockSetCursor(block, cursor);
+}
