@@ -28,13 +28,27 @@ struct TLexState {
 // Longest line, without CR LF, that the lexicon reads back whole.
 constexpr int kTLexMaxLine = 77;
 
-// Opening and closing.
+// Opening and closing. TLex_GetInfo probes a file's first line: 0 with the
+// sentinel's type and language (type 1 and 1033 without one);
+// ORTH_FILE_NOT_FOUND_ERR; ORTH_UNKNOWN_LEXICON_TYPE_ERR for an empty file or
+// a '#' line that is not a sentinel. TLex_Open: 0; ORTH_FILE_NOT_FOUND_ERR
+// (missing file, or a path over 259 characters); ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+// ORTH_OUT_OF_MEMORY_ERR. TLex_Create (null or empty path: memory only): 0;
+// ORTH_LEXICON_EXISTS_ERR; ORTH_FILE_NOT_FOUND_ERR when the file can't be
+// made; ORTH_FILE_WRITE_ERR when its first line can't be written.
 int16_t TLex_GetInfo(const char *path, int16_t *type, uint16_t *language);
 int16_t TLex_Open(const char *path, TLexState *state);
 int16_t TLex_Create(const char *path, int16_t type, uint16_t language, TLexState *state);
 void TLex_Close(TLexState *state);
 
-// Changes (each saved at once for a file-backed lexicon).
+// Changes, each saved at once for a file-backed lexicon after reloading a
+// file another writer changed. Results: 0; ORTH_INVALID_WORD_ERR (TLex_Add:
+// an entry that would not read back whole: empty, beginning with '#', holding
+// CR or LF, a colon in a change lexicon's word, or a line over kTLexMaxLine);
+// ORTH_WORD_NOT_FOUND_ERR (TLex_Delete); ORTH_OUT_OF_MEMORY_ERR; the reload's
+// ORTH_FILE_NOT_FOUND_ERR or ORTH_UNKNOWN_LEXICON_TYPE_ERR; the save's
+// ORTH_FILE_OPEN_ERR or ORTH_FILE_WRITE_ERR, with the change kept in memory
+// and the file as it was, so the next change saves both.
 int16_t TLex_Add(TLexState *state, const char *word, const char *replacement);
 int16_t TLex_Delete(TLexState *state, const char *word);
 int16_t TLex_Clear(TLexState *state);
@@ -45,5 +59,12 @@ int16_t TLex_Lookup(TLexState *state, const char *word, int16_t charSet, bool ca
                     char *replacement, uint16_t size);
 
 // The image: "word[:replacement]\0" per entry, then one more zero.
+// TLex_GetImage returns the number of entries, or ORTH_BUFFER_TOO_SMALL_ERR
+// (also for a null buffer); TLex_GetImageSize gives the bytes it needs.
 int32_t TLex_GetImage(TLexState *state, char *buffer, uint32_t size);
 int16_t TLex_GetImageSize(TLexState *state, uint32_t *size);
+
+// Internals, for the module's tests. Reads a sentinel line ("#LID 1033 1 0"):
+// fields split at white space, at most 9 characters each, numbers read like
+// atoi. True when valid: something follows the second and the third field.
+bool parseSentinel(const char *line, uint16_t *language, int16_t *type, uint32_t *count);
