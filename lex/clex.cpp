@@ -1,10 +1,232 @@
 // lex/clex.cpp — compressed lexicon reader.
+//
+// (1) After CLex_Open succeeds, every segment record has length <= 65535 and
+//     offset + length within the file, and the records are in strictly
+//     ascending key order; findSegment's binary search relies on the order,
+//     loadSeg's single 16-bit counted read on the length.
+// (2) A segment's data is either null (unloaded) or a buffer of exactly its
+//     length; only loadSeg fills it, and only loadSeg's eviction and
+//     CLex_Close free it.
+// (3) With a budget, freeBudget == budget - sum of loaded lengths at all
+//     times (loadSeg keeps it, eviction gives back).
+// (4) decodeSeg never reads outside the segment's data and never builds a
+//     word of more than 63 bytes: any coding that would is corrupt data (-6).
+// (5) No file handle stays open between calls: loadSeg reopens by path.
 #include "lex/clex.h"
 
 #include <cstdlib>
+#include <cstring>
 
+#include "check/chartab.h"
+#include "engine/log.h"
 #include "lex/clex_int.h"
+#include "lex/fileio.h"
 #include "orth.h"
+
+namespace {
+
+uint16_t readU16(const uint8_t *p) { return static_cast<uint16_t>(p[0] | (p[1] << 8)); }
+
+uint32_t readU32(const uint8_t *p) {
+    return static_cast<uint32_t>(p[0]) | (static_cast<uint32_t>(p[1]) << 8) |
+           (static_cast<uint32_t>(p[2]) << 16) | (static_cast<uint32_t>(p[3]) << 24);
+}
+
+// Length of a word bounded to one buffer: 64 or more means "too long".
+size_t boundedLength(const char *word) {
+    const void *end = std::memchr(word, '\0', kWordBufSize);
+    return end == nullptr ? kWordBufSize : static_cast<size_t>(static_cast<const char *>(end) - word);
+}
+
+// Length of a suffix entry: at most 8 characters, whatever the ninth byte holds.
+size_t suffixLength(const uint8_t *entry) {
+    size_t n = 0;
+    while (n < kSuffixEntrySize - 1 && entry[n] != 0) ++n;
+    return n;
+}
+
+// The four case forms of a two-character key, in the order they are tried.
+void caseKeys(unsigned char c1, unsigned char c2, int16_t charSet, unsigned char keys[4][2]) {
+    unsigned char l1 = toLowerChar(charSet, c1), u1 = toUpperChar(charSet, c1);
+    unsigned char l2 = toLowerChar(charSet, c2), u2 = toUpperChar(charSet, c2);
+    keys[0][0] = l1; keys[0][1] = l2;
+    keys[1][0] = u1; keys[1][1] = l2;
+    keys[2][0] = u1; keys[2][1] = u2;
+    keys[3][0] = l1; keys[3][1] = u2;
+}
+
+bool findSmallPair(const uint8_t (*table)[2], uint16_t count, uint8_t a, uint8_t b) {
+    int lo = 0, hi = static_cast<int>(count) - 1;
+    while (lo <= hi) {
+        int mid = (lo + hi) / 2;
+        int d = table[mid][0] != a ? table[mid][0] - a : table[mid][1] - b;
+        if (d == 0) return true;
+        if (d < 0) lo = mid + 1;
+        else hi = mid - 1;
+    }
+    return false;
+}
+
+struct FoldContext {
+    int16_t charSet;
+};
+
+// The case-insensitive walk's comparison: 0 equal, negative when the sought
+// word folds lower (the walk stops), positive to go on.
+int visitFolded(const char *word, const char *decoded, void *context) {
+    return compareNoCase(word, decoded, static_cast<FoldContext *>(context)->charSet);
+}
+
+void failOpen(int32_t fh, CLexState *state) {
+    std::free(state->segs);
+    state->segs = nullptr;
+    state->segCount = 0;
+    fileClose(fh);
+}
+
+// Checks the segment records just read; 0, or -6 after a log line.
+int16_t checkSegTable(const CLexState *state, int32_t fileSize) {
+    for (uint16_t i = 0; i < state->segCount; ++i) {
+        const CLexSeg &s = state->segs[i];
+        if (s.length > kMaxSegmentLength) {
+            logCorrupt("CLex_Open: segment %hu length %lu > %lu", i,
+                       static_cast<unsigned long>(s.length),
+                       static_cast<unsigned long>(kMaxSegmentLength));
+            return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+        }
+        if (fileSize < 0 || s.offset > static_cast<uint32_t>(fileSize) ||
+            s.length > static_cast<uint32_t>(fileSize) - s.offset) {
+            logCorrupt("CLex_Open: segment %hu (offset %lu, length %lu) past end of file", i,
+                       static_cast<unsigned long>(s.offset), static_cast<unsigned long>(s.length));
+            return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+        }
+        if (i > 0) {
+            const CLexSeg &p = state->segs[i - 1];
+            if (p.key[0] > s.key[0] || (p.key[0] == s.key[0] && p.key[1] >= s.key[1])) {
+                logCorrupt("CLex_Open: segment table out of order at %hu", i);
+                return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+            }
+        }
+    }
+    return 0;
+}
+
+// The outcome of decoding one word of a block.
+enum DecodeStep { kWordDone, kBodyDone, kCorrupt };
+
+}  // namespace
+
+int16_t CLex_GetInfo(const char *path, int16_t *type, uint16_t *language) {
+    int32_t fh = fileOpen(path, kFileRead);
+    if (fh < 0) {
+        engineLog("CLex_GetInfo: file open(%s) failed", path != nullptr ? path : "");
+        return ORTH_FILE_NOT_FOUND_ERR;
+    }
+    uint8_t header[kClexHeaderSize];
+    uint16_t n = fileRead(fh, header, kClexHeaderSize);
+    fileClose(fh);
+    if (n < kClexHeaderSize || readU32(header + kOffVersion) != kClexVersion) {
+        return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+    }
+    if (type != nullptr) *type = 1;
+    if (language != nullptr) *language = readU16(header + kOffLanguage);
+    return 0;
+}
+
+// 0; ORTH_FILE_NOT_FOUND_ERR when the file can't be opened or its path is
+// over 259 characters; ORTH_UNKNOWN_LEXICON_TYPE_ERR for a short header,
+// another version, over 1024 small words, a short small-words table or a
+// segment record that is longer than 65535, lies past the end of the file or
+// breaks the key order; ORTH_OUT_OF_MEMORY_ERR when the segment table can't
+// be allocated or a segment exceeds a non-zero budget; ORTH_FILE_READ_ERR on a
+// short segment record. On failure nothing stays allocated.
+int16_t CLex_Open(const char *path, uint32_t budget, CLexState *state) {
+    state->segs = nullptr;
+    state->segCount = 0;
+    if (path == nullptr || std::strlen(path) > static_cast<size_t>(kMaxPathLen)) {
+        // A cut path would name another file; refuse it instead.
+        engineLog("CLex_Open: path too long");
+        return ORTH_FILE_NOT_FOUND_ERR;
+    }
+    int32_t fh = fileOpen(path, kFileRead);
+    if (fh < 0) {
+        engineLog("CLex_Open: file open(%s) failed", path);
+        return ORTH_FILE_NOT_FOUND_ERR;
+    }
+    std::strcpy(state->path, path);
+
+    uint8_t header[kClexHeaderSize];
+    if (fileRead(fh, header, kClexHeaderSize) < kClexHeaderSize) {
+        logCorrupt("CLex_Open: error reading index header");
+        failOpen(fh, state);
+        return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+    }
+    uint32_t version = readU32(header + kOffVersion);
+    if (version != kClexVersion) {
+        logCorrupt("CLex_Open: expected lex version %lx, read %lx",
+                   static_cast<unsigned long>(kClexVersion), static_cast<unsigned long>(version));
+        failOpen(fh, state);
+        return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+    }
+    std::memcpy(state->primary, header + kOffPrimary, sizeof state->primary);
+    std::memcpy(state->secondary, header + kOffSecondary, sizeof state->secondary);
+    uint16_t smallCount = readU16(header + kOffSmallCount);
+    if (smallCount > kMaxSmallWords) {
+        logCorrupt("CLex_Open: lex contains %hu small words", smallCount);
+        failOpen(fh, state);
+        return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+    }
+    uint16_t smallBytes = static_cast<uint16_t>(smallCount * 2);
+    if (fileRead(fh, state->smallWords, smallBytes) < smallBytes) {
+        logCorrupt("CLex_Open: error reading small-words table");
+        failOpen(fh, state);
+        return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+    }
+    state->smallCount = smallCount;
+    state->budget = budget;
+    state->freeBudget = budget;
+    state->language = readU16(header + kOffLanguage);
+    uint16_t segCount = readU16(header + kOffSegCount);
+
+    // calloc(0) may give null: allocate at least one entry.
+    state->segs = static_cast<CLexSeg *>(std::calloc(segCount > 0 ? segCount : 1, sizeof(CLexSeg)));
+    if (state->segs == nullptr) {
+        engineLog("CLex_Open: out of memory");
+        fileClose(fh);
+        return ORTH_OUT_OF_MEMORY_ERR;
+    }
+    for (uint16_t i = 0; i < segCount; ++i) {
+        uint8_t rec[kClexSegHeaderSize];
+        if (fileRead(fh, rec, kClexSegHeaderSize) < kClexSegHeaderSize) {
+            engineLog("CLex_Open: error reading CLexSegHeader");
+            failOpen(fh, state);
+            return ORTH_FILE_READ_ERR;
+        }
+        CLexSeg &s = state->segs[i];
+        s.offset = readU32(rec);
+        s.length = readU32(rec + 4);
+        s.data = nullptr;
+        s.lastUse = 0;
+        s.key[0] = rec[8];
+        s.key[1] = rec[9];
+        state->segCount = static_cast<uint16_t>(i + 1);
+        if (budget != 0 && s.length > budget) {
+            engineLog("CLex_Open: segment size %ld > budget %ld", static_cast<long>(s.length),
+                      static_cast<long>(budget));
+            failOpen(fh, state);
+            return ORTH_OUT_OF_MEMORY_ERR;
+        }
+    }
+    int32_t fileSize = fileSeek(fh, 0, 2) == 0 ? fileTell(fh) : -1;
+    int16_t rc = checkSegTable(state, fileSize);
+    if (rc < 0) {
+        failOpen(fh, state);
+        return rc;
+    }
+    state->useCounter = 0;
+    fileClose(fh);
+    return 0;
+}
 
 void CLex_Close(CLexState *state) {
     if (state->segs != nullptr) {
@@ -13,4 +235,256 @@ void CLex_Close(CLexState *state) {
     }
     state->segs = nullptr;
     state->segCount = 0;
+}
+
+int32_t findSegment(const CLexState *state, uint8_t k0, uint8_t k1) {
+    int32_t lo = 0, hi = static_cast<int32_t>(state->segCount) - 1;
+    while (lo <= hi) {
+        int32_t mid = (lo + hi) / 2;
+        const uint8_t *key = state->segs[mid].key;
+        int d = key[0] != k0 ? key[0] - k0 : key[1] - k1;
+        if (d == 0) return mid;
+        if (d < 0) lo = mid + 1;
+        else hi = mid - 1;
+    }
+    return -1;
+}
+
+int16_t loadSeg(CLexState *state, uint16_t seg) {
+    if (state->segs == nullptr || seg >= state->segCount) {
+        engineLog("loadSeg: bad segment %hu", seg);
+        return ORTH_UNSUPPORTED_ACTION_ERR;
+    }
+    ++state->useCounter;
+    CLexSeg &s = state->segs[seg];
+    if (s.data != nullptr) {
+        s.lastUse = state->useCounter;
+        return 0;
+    }
+    if (s.length == 0) return ORTH_WORD_NOT_FOUND_ERR;
+    while (state->budget != 0 && state->freeBudget < s.length) {
+        int32_t victim = -1;
+        for (uint16_t i = 0; i < state->segCount; ++i) {
+            const CLexSeg &c = state->segs[i];
+            if (c.data != nullptr && (victim < 0 || c.lastUse < state->segs[victim].lastUse)) victim = i;
+        }
+        if (victim < 0) break;  // nothing left to evict; the open check keeps length <= budget
+        std::free(state->segs[victim].data);
+        state->segs[victim].data = nullptr;
+        state->freeBudget += state->segs[victim].length;
+    }
+    auto *buf = static_cast<uint8_t *>(std::malloc(s.length));
+    if (buf == nullptr) {
+        engineLog("loadSeg: out of memory");
+        return ORTH_OUT_OF_MEMORY_ERR;
+    }
+    int32_t fh = fileOpen(state->path, kFileRead);
+    if (fh < 0) {
+        engineLog("loadSeg: error opening %s", state->path);
+        std::free(buf);
+        return ORTH_FILE_OPEN_ERR;
+    }
+    if (s.offset > 0x7FFFFFFFu || fileSeek(fh, static_cast<int32_t>(s.offset), 0) < 0) {
+        logCorrupt("loadSeg: seek error");
+        std::free(buf);
+        fileClose(fh);
+        return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+    }
+    uint16_t len = static_cast<uint16_t>(s.length);  // <= 65535 by invariant (1)
+    if (fileRead(fh, buf, len) < len) {
+        logCorrupt("loadSeg: read error");
+        std::free(buf);
+        fileClose(fh);
+        return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+    }
+    fileClose(fh);
+    s.data = buf;
+    s.lastUse = state->useCounter;
+    if (state->budget != 0) state->freeBudget -= s.length;
+    return 0;
+}
+
+namespace {
+
+// Decodes one word of a block body starting at *pos (below end) into buf,
+// whose first three bytes are already set. Leading padding is skipped; a
+// body holding only padding gives kBodyDone. On kWordDone, *len is the
+// word's length and buf[*len] is zero.
+DecodeStep decodeWord(const CLexState *state, const uint8_t *data, uint32_t *pos, uint32_t end,
+                      char *buf, uint32_t *len) {
+    uint32_t i = *pos;
+    while (i < end && data[i] == kCodePad) ++i;
+    if (i == end) {
+        *pos = i;
+        return kBodyDone;
+    }
+    uint32_t prev = *len;
+    uint32_t p = 3;
+    for (;;) {
+        if (i >= end) {
+            logCorrupt("decodeSeg: word runs past its block");
+            return kCorrupt;
+        }
+        uint8_t c = data[i++];
+        if (c >= kCodeLiteralFirst) {
+            if (p >= static_cast<uint32_t>(kMaxWordLen)) {
+                logCorrupt("decodeSeg: word over %d bytes", kMaxWordLen);
+                return kCorrupt;
+            }
+            buf[p++] = static_cast<char>(c);
+            continue;
+        }
+        const uint8_t *suffix = nullptr;
+        switch (c) {
+        case kCodeEnd:
+            break;
+        case kCodeKeepAll:
+            p = prev;
+            break;
+        case kCodeKeepN:
+            if (i >= end) {
+                logCorrupt("decodeSeg: keep count past its block");
+                return kCorrupt;
+            }
+            p += data[i++];
+            break;
+        case kCodeKeepButLast:
+            p = prev - 1;  // prev 0 wraps high and is refused below
+            break;
+        case kCodeSecondary:
+            if (i >= end) {
+                logCorrupt("decodeSeg: suffix index past its block");
+                return kCorrupt;
+            }
+            suffix = state->secondary[data[i++]];
+            break;
+        case kCodePad:
+            continue;
+        default:
+            suffix = state->primary[c - kCodePrimaryFirst];
+            break;
+        }
+        if (c == kCodeKeepAll || c == kCodeKeepN || c == kCodeKeepButLast) {
+            // Kept characters must come from the previous word of the block.
+            if (p < 3 || p > prev) {
+                logCorrupt("decodeSeg: keeps %lu of a %lu-byte word", static_cast<unsigned long>(p),
+                           static_cast<unsigned long>(prev));
+                return kCorrupt;
+            }
+            continue;
+        }
+        if (suffix != nullptr) {
+            size_t n = suffixLength(suffix);
+            if (p + n > static_cast<size_t>(kMaxWordLen)) {
+                logCorrupt("decodeSeg: word over %d bytes", kMaxWordLen);
+                return kCorrupt;
+            }
+            std::memcpy(buf + p, suffix, n);
+            p += static_cast<uint32_t>(n);
+        }
+        break;  // the end code or a suffix ends the word
+    }
+    buf[p] = '\0';
+    *len = p;
+    *pos = i;
+    return kWordDone;
+}
+
+}  // namespace
+
+int decodeSeg(CLexState *state, uint16_t seg, const char *word, bool sameThirdByte,
+              DecodeVisitor visitor, void *context) {
+    if (state->segs == nullptr || seg >= state->segCount || state->segs[seg].data == nullptr) return 0;
+    const CLexSeg &s = state->segs[seg];
+    const uint8_t *data = s.data;
+    const uint32_t size = s.length;
+    const auto *w = reinterpret_cast<const unsigned char *>(word);
+    char buf[kWordBufSize];
+    buf[0] = static_cast<char>(s.key[0]);
+    buf[1] = static_cast<char>(s.key[1]);
+    uint32_t pos = 0;
+    while (pos < size) {
+        if (size - pos < kClexBlockHeaderSize) {
+            logCorrupt("decodeSeg: block header past end of segment %c%c", s.key[0], s.key[1]);
+            return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+        }
+        uint32_t bodyLen = readU32(data + pos);
+        uint8_t third = data[pos + 4];
+        uint32_t body = pos + kClexBlockHeaderSize;
+        if (bodyLen > size - body) {
+            logCorrupt("decodeSeg: block of %lu bytes past end of segment %c%c",
+                       static_cast<unsigned long>(bodyLen), s.key[0], s.key[1]);
+            return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+        }
+        uint32_t end = body + bodyLen;
+        pos = end;
+        if (sameThirdByte) {
+            if (third < w[2]) continue;
+            if (third > w[2]) return 0;
+        }
+        buf[2] = static_cast<char>(third);
+        uint32_t len = 0;  // the previous word's length: none yet in this block
+        uint32_t i = body;
+        for (;;) {
+            DecodeStep step = decodeWord(state, data, &i, end, buf, &len);
+            if (step == kCorrupt) return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+            if (step == kBodyDone) break;
+            int d = visitor != nullptr ? visitor(word, buf, context) : compareBytes(word, buf);
+            if (d == 0) return 1;
+            if (d < 0) return 0;
+        }
+        if (sameThirdByte) return 0;
+    }
+    return 0;
+}
+
+int lookupSmallWord(const char *word, const uint8_t (*smallWords)[2], uint16_t count,
+                    bool caseSensitive, int16_t charSet) {
+    auto c1 = static_cast<unsigned char>(word[0]);
+    auto c2 = c1 == 0 ? static_cast<unsigned char>(0) : static_cast<unsigned char>(word[1]);
+    if (caseSensitive) return findSmallPair(smallWords, count, c1, c2) ? 1 : 0;
+    unsigned char keys[4][2];
+    caseKeys(c1, c2, charSet, keys);
+    for (const auto &key : keys) {
+        if (findSmallPair(smallWords, count, key[0], key[1])) return 1;
+    }
+    return 0;
+}
+
+// 0 found; ORTH_WORD_NOT_FOUND_ERR when absent (also for an empty word or one
+// over 63 bytes); a failed loadSeg's code as it is; ORTH_UNKNOWN_LEXICON_TYPE_ERR
+// when the segment walked turns out corrupt.
+int16_t CLex_Lookup(const char *word, int16_t charSet, bool caseSensitive, CLexState *state) {
+    if (word == nullptr || state->segs == nullptr) return ORTH_WORD_NOT_FOUND_ERR;
+    size_t len = boundedLength(word);
+    if (len == 0 || len > static_cast<size_t>(kMaxWordLen)) return ORTH_WORD_NOT_FOUND_ERR;
+    if (len < 3) {
+        return lookupSmallWord(word, state->smallWords, state->smallCount, caseSensitive, charSet)
+                   ? 0
+                   : ORTH_WORD_NOT_FOUND_ERR;
+    }
+    auto c1 = static_cast<unsigned char>(word[0]);
+    auto c2 = static_cast<unsigned char>(word[1]);
+    if (caseSensitive) {
+        int32_t seg = findSegment(state, c1, c2);
+        if (seg < 0) return ORTH_WORD_NOT_FOUND_ERR;
+        int16_t rc = loadSeg(state, static_cast<uint16_t>(seg));
+        if (rc < 0) return rc;
+        int found = decodeSeg(state, static_cast<uint16_t>(seg), word, true, nullptr, nullptr);
+        if (found < 0) return static_cast<int16_t>(found);
+        return found == 1 ? 0 : ORTH_WORD_NOT_FOUND_ERR;
+    }
+    unsigned char keys[4][2];
+    caseKeys(c1, c2, charSet, keys);
+    FoldContext fold{charSet};
+    for (const auto &key : keys) {
+        int32_t seg = findSegment(state, key[0], key[1]);
+        if (seg < 0) continue;
+        int16_t rc = loadSeg(state, static_cast<uint16_t>(seg));
+        if (rc < 0) return rc;
+        int found = decodeSeg(state, static_cast<uint16_t>(seg), word, false, visitFolded, &fold);
+        if (found < 0) return static_cast<int16_t>(found);
+        if (found == 1) return 0;
+    }
+    return ORTH_WORD_NOT_FOUND_ERR;
 }
