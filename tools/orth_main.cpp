@@ -1,32 +1,87 @@
-// tools/orth_main.cpp — the orth command: dispatches to its subcommands.
+// tools/orth_main.cpp — the orth command: global options and dispatch to its
+// subcommands (tools/cli_*.cpp).
 #include <cstdio>
 #include <cstring>
 
 #include "orth.h"
+#include "tools/cli.h"
 
 namespace {
 
 void printUsage(FILE *out) {
     std::fputs(
-        "Usage: orth [-d DIR] COMMAND [ARGS...]\n"
+        "Usage: orth [-d DIR] [-p FILE] COMMAND [ARGS...]\n"
         "       orth --help | --version\n"
         "\n"
-        "Spelling checker.\n", out);
+        "Spelling checker. Text is read and written as UTF-8.\n"
+        "\n"
+        "Commands:\n"
+        "  list [--no-doubled] [--capitals] [FILE...]\n"
+        "      Print every misspelled word of the files (standard input when none),\n"
+        "      once per occurrence, one per line. A doubled word is printed as\n"
+        "      \"the the\" (--no-doubled: not reported). With --capitals, a line whose\n"
+        "      first word has no capital reports that word.\n"
+        "  suggest [WORD...]\n"
+        "      Check each word (each word of standard input when none) and print:\n"
+        "        * WORD                           correct\n"
+        "        & WORD: SUG (SCORE), SUG (SCORE)  suggestions scoring 50 or more\n"
+        "        # WORD                           misspelled, nothing to suggest\n"
+        "  compress -o OUT.CLX [--suffixes FILE] [--language ID] [--charset N] WORDFILE...\n"
+        "      Build a compressed lexicon from sorted word files (one word a line).\n"
+        "  lex create FILE [--type ignore|exclude|auto|conditional] [--language ID]\n"
+        "  lex add FILE WORD[:REPLACEMENT]...    lex delete FILE WORD...\n"
+        "  lex list FILE    lex import FILE [TEXT]    lex export FILE [TEXT]\n"
+        "      Edit a text lexicon (.TLX). The change types take WORD:REPLACEMENT.\n"
+        "\n"
+        "Options:\n"
+        "  -d DIR    dictionary folder holding MAIN.CLX (and MAIN.TLX); default:\n"
+        "            $ORTH_DICPATH, else the built-in American English dictionary\n"
+        "  -p FILE   personal word list (a text lexicon), consulted before MAIN.CLX\n"
+        "  --help, --version\n"
+        "\n"
+        "Exit status: 0 all correct, 1 misspellings found, 2 usage or file errors.\n",
+        out);
 }
 
 }  // namespace
 
 int main(int argc, char **argv) {
-    if (argc >= 2 && std::strcmp(argv[1], "--version") == 0) {
-        uint16_t major = 0, minor = 0;
-        ORTH_Version(&major, &minor);
-        std::printf("orth %u.%u\n", major, minor);
-        return 0;
+    GlobalOptions opts;
+    std::string command;
+    std::vector<std::string> args;
+    bool positional = false;
+    for (int i = 1; i < argc; ++i) {
+        std::string a = argv[i];
+        if (!positional && (a == "-d" || a == "-p")) {
+            if (i + 1 >= argc) {
+                reportError("%s needs a value (see orth --help)", a.c_str());
+                return kExitError;
+            }
+            (a == "-d" ? opts.dictDir : opts.personalList) = argv[++i];
+        } else if (!positional && command.empty() && a == "--version") {
+            uint16_t major = 0, minor = 0;
+            ORTH_Version(&major, &minor);
+            std::printf("orth %u.%u\n", major, minor);
+            return kExitOk;
+        } else if (!positional && (a == "--help" || a == "-h")) {
+            printUsage(stdout);
+            return kExitOk;
+        } else if (command.empty()) {
+            if (a.size() > 1 && a[0] == '-') {
+                reportError("unknown option %s (see orth --help)", a.c_str());
+                return kExitError;
+            }
+            command = a;
+        } else {
+            if (a == "--") positional = true;
+            args.push_back(a);
+        }
     }
-    if (argc >= 2 && (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0)) {
-        printUsage(stdout);
-        return 0;
-    }
-    printUsage(stderr);
-    return 2;
+    if (command == "list") return runList(opts, args);
+    if (command == "suggest") return runSuggest(opts, args);
+    if (command == "compress") return runCompress(opts, args);
+    if (command == "lex") return runLex(opts, args);
+    if (command.empty()) printUsage(stderr);
+    else reportError("unknown command %s (see orth --help)", command.c_str());
+    return kExitError;
 }

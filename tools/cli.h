@@ -1,0 +1,75 @@
+// tools/cli.h — shared parts of the orth command: text conversion between
+// UTF-8 and the dictionary's 8-bit character set 0, the dictionary folder and
+// session, messages and exit codes. Each subcommand lives in its own file.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+// Exit codes.
+constexpr int kExitOk = 0;
+constexpr int kExitFound = 1;   // misspellings found (list, suggest)
+constexpr int kExitError = 2;   // usage, file or engine errors
+
+// Stand-in for a character the 8-bit set cannot hold: a lower-case letter
+// (thorn) that keeps the word in one piece and that an English dictionary
+// does not contain, so the word is reported as unknown.
+constexpr unsigned char kForeignByte = 0xFE;
+
+// UTF-8 text converted to character set 0: ISO 8859-1 plus the Windows
+// quotation marks, bullet and dashes at 0x91 to 0x9C. U+2019 becomes the plain
+// apostrophe, so "doesn’t" is checked as "doesn't". origin[i] is the offset in
+// the UTF-8 source of the character that gave byte i; origin[size()] is the
+// source's length, so source bytes [origin[a], origin[b]) gave bytes [a, b).
+struct Encoded {
+    std::string bytes;
+    std::vector<uint32_t> origin;
+    std::vector<bool> foreign;  // byte i stands for a character the set lacks
+    bool hasForeign(size_t from, size_t to) const;
+    // The source text that gave bytes [from, to).
+    std::string sourceOf(const std::string &utf8, size_t from, size_t to) const;
+};
+
+// Converts UTF-8 to character set 0. Invalid UTF-8 bytes, and letters of
+// other scripts, become kForeignByte; symbols and punctuation the set lacks
+// become a blank (they separate words); a NUL byte becomes a blank.
+Encoded encodeUtf8(const std::string &utf8);
+// Converts character-set-0 bytes to UTF-8; with typoApostrophe, plain
+// apostrophes are written as U+2019.
+std::string decodeToUtf8(const std::string &bytes, bool typoApostrophe = false);
+
+// Whole-file reads; false with errno set on failure. A path of "-" is
+// standard input.
+bool readAll(const std::string &path, std::string *out);
+std::string errnoText();
+// Human text for a result code.
+std::string describeResult(int rc);
+
+// Options that every subcommand accepts.
+struct GlobalOptions {
+    std::string dictDir;        // -d; empty: ORTH_DICPATH, then the built-in one
+    std::string personalList;   // -p: a text lexicon of accepted words
+};
+
+// An open dictionary: a session with the companion MAIN.TLX (when present),
+// the personal list (when given and present) and MAIN.CLX.
+struct DictSession {
+    int16_t session = -1;
+};
+// Finds and opens the dictionary; on failure prints a message naming the file
+// and the reason and returns false.
+bool openDictionary(const GlobalOptions &opts, DictSession *ds);
+void closeDictionary(DictSession *ds);
+// The dictionary folder that would be used, "" when none is found.
+std::string findDictionaryDir(const GlobalOptions &opts);
+
+// Prints "orth: " and the message to standard error.
+void reportError(const char *fmt, ...);
+
+// Subcommands: args are the words after the command name.
+int runList(const GlobalOptions &opts, const std::vector<std::string> &args);
+int runSuggest(const GlobalOptions &opts, const std::vector<std::string> &args);
+int runCompress(const GlobalOptions &opts, const std::vector<std::string> &args);
+int runLex(const GlobalOptions &opts, const std::vector<std::string> &args);

@@ -1,0 +1,181 @@
+// tools/cli_compress.cpp — `orth compress`: builds a compressed lexicon from
+// sorted word files and an optional suffix file.
+//
+// The files are UTF-8 text with LF or CR LF line ends. Each is first copied
+// to a temporary file in the engine's form (character set 0 bytes, CR LF
+// line ends, one line for each input line, so line numbers carry over); for
+// the other character sets (1 to 3, 5 to 9) the bytes are taken as they are
+// and only the line ends are changed. A failure names the file, the line and
+// the reason.
+#include <cstdlib>
+#include <cstring>
+#include <unistd.h>
+
+#include "orth.h"
+#include "tools/cli.h"
+
+namespace {
+
+struct TempFile {
+    std::string path;
+    ~TempFile() { if (!path.empty()) std::remove(path.c_str()); }
+};
+
+// Writes the engine's form of a text file to a new temporary file. On a
+// character the set cannot hold, *badLine gets its line number.
+bool prepareFile(const std::string &src, bool convert, TempFile *tmp, uint32_t *badLine) {
+    std::string text;
+    if (!readAll(src, &text)) {
+        reportError("%s: %s", src.c_str(), errnoText().c_str());
+        return false;
+    }
+    const char *dir = std::getenv("TMPDIR");
+    std::string pattern = std::string(dir && *dir ? dir : "/tmp") + "/orthcXXXXXX";
+    std::vector<char> name(pattern.begin(), pattern.end());
+    name.push_back('\0');
+    int fd = mkstemp(name.data());
+    if (fd < 0) {
+        reportError("cannot create a temporary file in %s: %s", dir && *dir ? dir : "/tmp", errnoText().c_str());
+        return false;
+    }
+    tmp->path = name.data();
+    std::string out;
+    uint32_t lineNo = 0;
+    size_t start = 0;
+    while (start < text.size()) {
+        size_t end = text.find('\n', start);
+        if (end == std::string::npos) end = text.size();
+        size_t stop = (end > start && text[end - 1] == '\r') ? end - 1 : end;
+        std::string line = text.substr(start, stop - start);
+        ++lineNo;
+        if (convert) {
+            Encoded enc = encodeUtf8(line);
+            if (enc.hasForeign(0, enc.bytes.size()) && *badLine == 0) *badLine = lineNo;
+            line = enc.bytes;
+        }
+        out += line;
+        out += "\r\n";
+        start = end + 1;
+    }
+    bool ok = write(fd, out.data(), out.size()) == static_cast<ssize_t>(out.size());
+    if (close(fd) != 0) ok = false;
+    if (!ok) reportError("%s: cannot write a temporary copy: %s", tmp->path.c_str(), errnoText().c_str());
+    return ok;
+}
+
+// The text of a line of a file, for the error message ("" when unreadable).
+std::string lineOf(const std::string &path, uint32_t lineNo) {
+    std::string text;
+    if (lineNo == 0 || !readAll(path, &text)) return "";
+    size_t start = 0;
+    for (uint32_t n = 1; n < lineNo && start != std::string::npos; ++n) {
+        start = text.find('\n', start);
+        if (start != std::string::npos) ++start;
+    }
+    if (start == std::string::npos || start >= text.size()) return "";
+    size_t end = text.find('\n', start);
+    std::string line = text.substr(start, end == std::string::npos ? std::string::npos : end - start);
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    return line;
+}
+
+void reportLineError(const std::string &file, uint32_t lineNo, const std::string &reason) {
+    std::string text = lineOf(file, lineNo);
+    if (text.size() > 80) text = text.substr(0, 80) + "...";
+    if (lineNo > 0)
+        reportError("%s:%u: %s: \"%s\"", file.c_str(), lineNo, reason.c_str(), text.c_str());
+    else
+        reportError("%s: %s", file.c_str(), reason.c_str());
+}
+
+bool parseNumber(const std::string &s, long lo, long hi, long *out) {
+    char *end = nullptr;
+    long v = std::strtol(s.c_str(), &end, 10);
+    if (s.empty() || *end != '\0' || v < lo || v > hi) return false;
+    *out = v;
+    return true;
+}
+
+}  // namespace
+
+int runCompress(const GlobalOptions &, const std::vector<std::string> &args) {
+    std::string output, suffixes;
+    long language = 1033, charset = 0;
+    std::vector<std::string> files;
+    for (size_t i = 0; i < args.size(); ++i) {
+        const std::string &a = args[i];
+        bool hasValue = i + 1 < args.size();
+        if ((a == "-o" || a == "--suffixes" || a == "--language" || a == "--charset") && !hasValue) {
+            reportError("compress: %s needs a value", a.c_str());
+            return kExitError;
+        }
+        if (a == "-o") output = args[++i];
+        else if (a == "--suffixes") suffixes = args[++i];
+        else if (a == "--language") {
+            if (!parseNumber(args[++i], 0, 65535, &language)) {
+                reportError("compress: bad language id %s", args[i].c_str());
+                return kExitError;
+            }
+        } else if (a == "--charset") {
+            if (!parseNumber(args[++i], 0, 9, &charset)) {
+                reportError("compress: bad character set %s (0 to 9)", args[i].c_str());
+                return kExitError;
+            }
+        } else if (a.size() > 1 && a[0] == '-') {
+            reportError("compress: unknown option %s (see orth --help)", a.c_str());
+            return kExitError;
+        } else files.push_back(a);
+    }
+    if (output.empty() || files.empty()) {
+        reportError("compress: usage: orth compress -o OUT.CLX [--suffixes FILE] [--language ID] [--charset N] WORDFILE...");
+        return kExitError;
+    }
+    bool convert = charset == 0 || charset == 4;
+    bool progress = isatty(2) != 0;
+
+    int16_t session = ORTH_OpenSession();
+    if (session < 0) {
+        reportError("cannot open a session: %s", describeResult(session).c_str());
+        return kExitError;
+    }
+    int status = kExitError;
+    TempFile suffixCopy;
+    uint32_t line = 0, badLine = 0;
+    int16_t rc = 0;
+    if (!suffixes.empty() && !prepareFile(suffixes, convert, &suffixCopy, &badLine)) {
+        ORTH_CloseSession(session);
+        return kExitError;
+    }
+    rc = ORTH_CompressLexInit(session, output.c_str(), suffixes.empty() ? nullptr : suffixCopy.path.c_str(),
+                              static_cast<uint16_t>(language), static_cast<uint16_t>(charset), &line);
+    if (rc < 0) {
+        reportError("%s: %s", output.c_str(), describeResult(rc).c_str());
+        ORTH_CloseSession(session);
+        return kExitError;
+    }
+    bool ok = true;
+    for (size_t i = 0; ok && i < files.size(); ++i) {
+        if (progress) std::fprintf(stderr, "\rorth: compressing %s (%zu of %zu)...", files[i].c_str(), i + 1, files.size());
+        TempFile copy;
+        badLine = 0;
+        if (!prepareFile(files[i], convert, &copy, &badLine)) { ok = false; break; }
+        line = 0;
+        rc = ORTH_CompressLexFile(session, copy.path.c_str(), &line);
+        if (progress) std::fputs("\n", stderr);
+        if (rc < 0) {
+            std::string reason = describeResult(rc);
+            if (rc == ORTH_INVALID_WORD_ERR && badLine == line) reason = "character outside the character set";
+            reportLineError(files[i], line, reason);
+            ok = false;
+        }
+    }
+    if (ok) {
+        rc = ORTH_CompressLexEnd(session);
+        if (rc < 0) reportError("%s: %s", output.c_str(), describeResult(rc).c_str());
+        else status = kExitOk;
+    } else {
+        ORTH_CompressLexAbort(session);
+    }
+    ORTH_CloseSession(session);
+    return status;
+}
