@@ -1,0 +1,369 @@
+// check/suggest.cpp — the suggestion engine: the bounded candidate list, the
+// typographical and phonetic scorers, the text-lexicon search, split-word
+// candidates and the packed output of ORTH_Suggest.
+//
+// (1) The list is in descending score order and equal scores stay in the
+//     order offered (addCandidate inserts after them), so slot order and
+//     "typographical before phonetic" decide ties.
+// (2) A word is in the list at most once; its first offer fixes its score
+//     and place, and a suppressed offer only marks it (addCandidate).
+// (3) ORTH_Suggest's buffer always holds a terminated list of what was copied
+//     so far, even when it fails for room: the first copy zero-fills the
+//     buffer and the final zero's byte is always kept free.
+#include <cstring>
+#include <new>
+
+#include "check/chartab.h"
+#include "check/check.h"
+#include "check/suggest_int.h"
+#include "engine/log.h"
+#include "engine/session.h"
+#include "lex/tlex.h"
+#include "orth.h"
+
+const uint8_t phoneticCodeTable[256] = {
+    // 0x00 - 0x3F: no codes
+    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+    // 0x40 @ A B C D E F G H I J K L M N O
+    0, 'a', 'b', 'c', 'd', 'a', 'f', 'c', 0, 'a', 'j', 'c', 'l', 'm', 'm', 'a',
+    // 0x50 P Q R S T U V W X Y Z
+    'b', 'c', 'r', 's', 'd', 'a', 'f', 0, 's', 0, 's', 0, 0, 0, 0, 0,
+    // 0x60 ` a b c d e f g h i j k l m n o
+    0, 'a', 'b', 'c', 'd', 'a', 'f', 'c', 0, 'a', 'j', 'c', 'l', 'm', 'm', 'a',
+    // 0x70 p q r s t u v w x y z
+    'b', 'c', 'r', 's', 'd', 'a', 'f', 0, 's', 0, 's', 0, 0, 0, 0, 0,
+    // 0x80 - 0xBF: no codes
+    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+    // 0xC0 - 0xCF: accented vowels, C cedilla at 0xC7
+    'a', 'a', 'a', 'a', 'a', 'a', 'a', 's', 'a', 'a', 'a', 'a', 'a', 'a', 'a', 'a',
+    // 0xD0 - 0xDF: N tilde at 0xD1, sharp s at 0xDF
+    0, 'm', 'a', 'a', 'a', 'a', 'a', 0, 'a', 'a', 'a', 'a', 'a', 'a', 'a', 's',
+    // 0xE0 - 0xEF
+    'a', 'a', 'a', 'a', 'a', 'a', 'a', 's', 'a', 'a', 'a', 'a', 'a', 'a', 'a', 'a',
+    // 0xF0 - 0xFF
+    0, 'm', 'a', 'a', 'a', 'a', 'a', 0, 'a', 'a', 'a', 'a', 'a', 'a', 'a', 0,
+};
+
+const PhoneticDigraph phoneticDigraphTable[kPhoneticDigraphs] = {
+    {'c', 'e', 's'}, {'c', 'i', 's'}, {'c', 'k', 'c'}, {'d', 'g', 'j'},
+    {'g', 'e', 'j'}, {'k', 'n', 'n'}, {'p', 'h', 'f'}, {'p', 's', 's'},
+};
+
+namespace {
+
+// The last word whose phonetic key was built, so a search scoring thousands
+// of candidates against one word builds its key once. The engine is used by
+// one thread at a time.
+struct PhoneticKeyCache {
+    char word[kWordBufSize];
+    char key[kWordBufSize];
+};
+PhoneticKeyCache keyCache;
+
+const char *cachedKey(const char *word) {
+    if (std::strncmp(keyCache.word, word, kWordBufSize) != 0 || keyCache.word[0] == '\0') {
+        copyWord(keyCache.word, word);
+        phoneticKey(word, keyCache.key);
+    }
+    return keyCache.key;
+}
+
+// Split-word candidates: the word cut in two known words, "first second".
+void addSplitCandidates(Session *session, const char *word, SuggestionList *list) {
+    size_t len = std::strlen(word);
+    char first[kWordBufSize], candidate[kWordBufSize], scratch[kWordBufSize];
+    for (size_t k = 1; k < len; ++k) {
+        std::memcpy(first, word, k);
+        first[k] = '\0';
+        const char *second = word + k;
+        if (checkWord(session, ORTH_REPORT_SPELLING_OPT, first, scratch, kWordBufSize) &
+            ORTH_CHK_MISSPELLED) {
+            continue;
+        }
+        if (checkWord(session, ORTH_REPORT_SPELLING_OPT, second, scratch, kWordBufSize) &
+            ORTH_CHK_MISSPELLED) {
+            continue;
+        }
+        size_t n = 0;
+        for (size_t i = 0; i < k && n < static_cast<size_t>(kMaxWordLen); ++i) candidate[n++] = first[i];
+        if (n < static_cast<size_t>(kMaxWordLen)) candidate[n++] = ' ';
+        for (const char *p = second; *p != '\0' && n < static_cast<size_t>(kMaxWordLen); ++p) {
+            candidate[n++] = *p;
+        }
+        candidate[n] = '\0';
+        addCandidate(candidate, typographicalScore(word, candidate, session->charSet), false, list);
+    }
+}
+
+// Binary search of the sorted entries, byte for byte.
+const TLexEntry *findExact(const TLexState *state, const char *word) {
+    uint32_t lo = 0, hi = state->count;
+    while (lo < hi) {
+        uint32_t mid = lo + (hi - lo) / 2;
+        int cmp = compareBytes(state->entries[mid].word, word);
+        if (cmp == 0) return &state->entries[mid];
+        if (cmp < 0) lo = mid + 1; else hi = mid;
+    }
+    return nullptr;
+}
+
+// The change entry for word: the exact entry; else, as the checker accepts
+// them, for a capitalised word the entry of its lower-case-initial form, and
+// for an all-capitals word the first entry equal to it ignoring case. So a
+// sentence-initial "Teh" is offered the same "The" that checking it gives.
+const TLexEntry *findChangeEntry(const TLexState *state, const char *word, int16_t charSet) {
+    const TLexEntry *entry = findExact(state, word);
+    if (entry != nullptr || word[0] == '\0') return entry;
+    auto first = static_cast<unsigned char>(word[0]);
+    if (classOf(charSet, first) & CC_UPPER) {
+        char lowered[kWordBufSize];
+        copyWord(lowered, word);
+        lowered[0] = static_cast<char>(toLowerChar(charSet, first));
+        entry = findExact(state, lowered);
+        if (entry != nullptr) return entry;
+    }
+    for (auto *p = reinterpret_cast<const unsigned char *>(word); *p != 0; ++p) {
+        uint8_t cls = classOf(charSet, *p);
+        if ((cls & CC_LETTER) && !(cls & CC_UPPER)) return nullptr;
+    }
+    for (uint32_t i = 0; i < state->count; ++i) {
+        if (compareNoCase(state->entries[i].word, word, charSet) == 0) return &state->entries[i];
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+void addCandidate(const char *candidate, int16_t score, bool suppressed, SuggestionList *list) {
+    if (list->capacity == 0) return;
+    bool full = list->count >= list->capacity;
+    if (full && list->entries[list->capacity - 1].score >= score) return;
+    uint16_t place = 0;
+    while (place < list->count && list->entries[place].score >= score) ++place;
+    for (uint16_t i = 0; i < list->count; ++i) {
+        if (std::strncmp(list->entries[i].word, candidate, kMaxWordLen) == 0) {
+            if (suppressed) list->entries[i].suppressed = 1;
+            return;
+        }
+    }
+    uint16_t last = full ? static_cast<uint16_t>(list->capacity - 1) : list->count;
+    std::memmove(&list->entries[place + 1], &list->entries[place],
+                 (last - place) * sizeof(Suggestion));
+    Suggestion &s = list->entries[place];
+    copyWord(s.word, candidate);
+    s.score = score;
+    s.suppressed = suppressed ? 1 : 0;
+    if (!full) ++list->count;
+}
+
+// Percentage of the word's points left after charging each typing error:
+// 1 for a case difference, 5 for another form of the same base letter, 50
+// for swapped neighbours, 40 for an extra or a missing letter, 100 for a
+// vowel typed for a consonant or the other way, 50 for another wrong letter,
+// 40 for each character left over. 0 when the lengths differ by more than
+// half the word's length.
+int16_t typographicalScore(const char *word, const char *candidate, int16_t charSet) {
+    const int row = charSetRow(charSet);
+    const uint8_t *base = baseLetterTable[row];
+    const uint8_t *cls = charClassTable[row];
+    auto *w = reinterpret_cast<const unsigned char *>(word);
+    auto *c = reinterpret_cast<const unsigned char *>(candidate);
+    int lw = static_cast<int>(std::strlen(word));
+    int lc = static_cast<int>(std::strlen(candidate));
+    int16_t full = static_cast<int16_t>(lw == 0 ? 1 : 100 * lw);
+    int diff = lc > lw ? lc - lw : lw - lc;
+    if (diff > lw / 2) return 0;
+    int16_t score = full;
+    int i = 0, j = 0;
+    while (i < lw && j < lc && score > 0) {
+        unsigned char x = w[i], y = c[j];
+        uint8_t bx = base[x], by = base[y];
+        if (bx == by) {
+            if (((cls[x] & CC_LOWER) != 0) != ((cls[y] & CC_LOWER) != 0)) score = static_cast<int16_t>(score - 1);
+            if (toLowerChar(row, x) != toLowerChar(row, y)) score = static_cast<int16_t>(score - 5);
+        } else {
+            uint8_t bx1 = i + 1 < lw ? base[w[i + 1]] : 0;
+            uint8_t by1 = j + 1 < lc ? base[c[j + 1]] : 0;
+            if (bx1 == by && by1 == bx) {
+                score = static_cast<int16_t>(score - 50);
+                if (i + 1 < lw) ++i;
+                if (j + 1 < lc) ++j;
+            } else if (bx1 == by) {
+                score = static_cast<int16_t>(score - 40);
+                if (i + 1 < lw) ++i;
+            } else if (by1 == bx) {
+                score = static_cast<int16_t>(score - 40);
+                if (j + 1 < lc) ++j;
+            } else {
+                bool vx = (cls[bx] & CC_VOWEL) != 0, vy = (cls[by] & CC_VOWEL) != 0;
+                score = static_cast<int16_t>(score - (vx != vy ? 100 : 50));
+            }
+        }
+        ++i;
+        ++j;
+    }
+    score = static_cast<int16_t>(score - 40 * (lc - j) - 40 * (lw - i));
+    if (score <= 0) return 0;
+    return static_cast<int16_t>(score * 100 / full);
+}
+
+void phoneticKey(const char *word, char key[kWordBufSize]) {
+    auto *w = reinterpret_cast<const unsigned char *>(word);
+    int n = 0;
+    for (int i = 0; w[i] != 0 && i < kMaxWordLen; ++i) {
+        uint8_t code = 0;
+        bool pair = false;
+        if (w[i + 1] != 0) {
+            for (const PhoneticDigraph &d : phoneticDigraphTable) {
+                if (w[i] == static_cast<unsigned char>(d.first) &&
+                    w[i + 1] == static_cast<unsigned char>(d.second)) {
+                    code = phoneticCodeTable[static_cast<unsigned char>(d.letter)];
+                    pair = true;
+                    break;
+                }
+            }
+        }
+        if (!pair) {
+            code = phoneticCodeTable[w[i]];
+            if (code == 'a' && i != 0) code = 0;   // vowels count only first
+        }
+        if (code != 0 && (n == 0 || static_cast<uint8_t>(key[n - 1]) != code)) {
+            key[n++] = static_cast<char>(code);
+        }
+    }
+    key[n] = '\0';
+}
+
+// 0 unless both words have the same phonetic key; then the share of the
+// characters of both words whose byte values occur equally often in each.
+int16_t phoneticScore(const char *word, const char *candidate, int16_t charSet) {
+    char key[kWordBufSize];
+    phoneticKey(candidate, key);
+    if (std::strcmp(cachedKey(word), key) != 0) return 0;
+    int counts[256] = {};
+    int total = 0;
+    for (auto *p = reinterpret_cast<const unsigned char *>(word); *p != 0; ++p, ++total) ++counts[*p];
+    for (auto *p = reinterpret_cast<const unsigned char *>(candidate); *p != 0; ++p, ++total) --counts[*p];
+    if (total == 0) return 0;
+    int d = total;
+    for (int b = 0; b < 255; ++b) {
+        if (counts[b] != 0) --d;
+    }
+    return static_cast<int16_t>(d * 100 / total);
+}
+
+// Ignore lexicons offer every entry, exclude lexicons every entry as
+// suppressed, change lexicons their replacement of the word itself at 99
+// (findChangeEntry).
+void searchTextLexicon(const TLexState *state, int16_t type, const char *word, int16_t charSet,
+                       Scorer scorer, SuggestionList *list) {
+    switch (type) {
+    case ORTH_IGNORE_LEX_TYPE:
+    case ORTH_EXCLUDE_LEX_TYPE:
+        for (uint32_t i = 0; i < state->count; ++i) {
+            const char *entry = state->entries[i].word;
+            int16_t score = scorer(word, entry, charSet);
+            if (score > 0) addCandidate(entry, score, type == ORTH_EXCLUDE_LEX_TYPE, list);
+        }
+        break;
+    case ORTH_AUTO_CHANGE_LEX_TYPE:
+    case ORTH_CONDITIONAL_CHANGE_LEX_TYPE: {
+        const TLexEntry *entry = findChangeEntry(state, word, charSet);
+        if (entry != nullptr && entry->replacement != nullptr && entry->replacement[0] != '\0') {
+            addCandidate(entry->replacement, 99, false, list);
+        }
+        break;
+    }
+    default:
+        break;
+    }
+}
+
+// 0 always: a lexicon's failures cost its candidates, not the run.
+int16_t suggestFromLexicon(Session *session, LexEntry *lex, const char *word, int16_t depth,
+                           SuggestionList *list) {
+    uint32_t opts = session->options;
+    int16_t charSet = session->charSet;
+    Scorer scorers[2] = {nullptr, nullptr};
+    if (opts & ORTH_SUGGEST_TYPOGRAPHICAL_OPT) scorers[0] = typographicalScore;
+    if (opts & ORTH_SUGGEST_PHONETIC_OPT) scorers[1] = phoneticScore;
+    for (Scorer scorer : scorers) {
+        if (scorer == nullptr) continue;
+        if (lex->format == ORTH_COMPRESSED_LEX_FORMAT) {
+            searchCompressedLexicon(depth, word, charSet, scorer, list, &lex->clex);
+        } else if (lex->format == ORTH_TEXT_LEX_FORMAT) {
+            searchTextLexicon(&lex->tlex, lex->type, word, charSet, scorer, list);
+        }
+    }
+    return 0;
+}
+
+int16_t collectSuggestions(Session *session, const char *word, int16_t depth, SuggestionList *list) {
+    for (int16_t slot = 0; slot < kMaxLexPerSession; ++slot) {
+        LexEntry *lex = session->lexicons[slot];
+        if (lex != nullptr) suggestFromLexicon(session, lex, word, depth, list);
+    }
+    if (session->options & ORTH_SUGGEST_SPLIT_WORDS_OPT) addSplitCandidates(session, word, list);
+    return 0;
+}
+
+// 0 with the packed list in buffer and the scores in scores (null: not
+// stored); ORTH_BAD_SESSION_ID_ERR; ORTH_INVALID_WORD_ERR for a null word;
+// ORTH_OUT_OF_MEMORY_ERR when the list cannot be allocated;
+// ORTH_BUFFER_TOO_SMALL_ERR when a suggestion and the final zero do not fit,
+// the buffer then holding the ones that did. A null buffer counts as size 0:
+// nothing is written, and any suggestion makes the buffer too small.
+// A maximum of 0 gives an empty list.
+extern "C" int16_t ORTH_Suggest(int16_t sessionId, const char *word, int16_t depth, char *buffer,
+                                int32_t size, int16_t *scores, uint16_t maxSuggestions) noexcept {
+    Session *session = sessionFor(sessionId, "ORTH_Suggest");
+    if (session == nullptr) return ORTH_BAD_SESSION_ID_ERR;
+    if (word == nullptr) {
+        engineLog("ORTH_Suggest: null word");
+        return ORTH_INVALID_WORD_ERR;
+    }
+    if (buffer == nullptr || size < 0) size = 0;
+    if (size > 0) buffer[0] = '\0';
+    char normal[kWordBufSize];
+    if (normalizeWord(word, session->charSet, session->options, normal) == 0) return 0;
+    if (maxSuggestions == 0) return 0;
+
+    SuggestionList list{};
+    list.entries = new (std::nothrow) Suggestion[maxSuggestions];
+    if (list.entries == nullptr) {
+        engineLog("ORTH_Suggest: out of memory");
+        return ORTH_OUT_OF_MEMORY_ERR;
+    }
+    list.capacity = maxSuggestions;
+    collectSuggestions(session, normal, depth, &list);
+
+    bool matchCase = (session->options & ORTH_MATCH_CASE_OPT) != 0;
+    int32_t used = 0;
+    int returned = 0;
+    for (uint16_t i = 0; i < list.count; ++i) {
+        Suggestion &s = list.entries[i];
+        if (s.suppressed) continue;
+        adaptReplacement(word, s.word, session->charSet, matchCase);
+        if (i > 0 && std::strcmp(s.word, list.entries[i - 1].word) == 0) continue;
+        auto len = static_cast<int32_t>(std::strlen(s.word));
+        if (used + len + 1 >= size) {
+            delete[] list.entries;
+            engineLog("ORTH_Suggest: buffer too small");
+            return ORTH_BUFFER_TOO_SMALL_ERR;
+        }
+        if (used == 0) std::memset(buffer, 0, static_cast<size_t>(size));  // invariant 3
+        std::memcpy(buffer + used, s.word, static_cast<size_t>(len));
+        if (scores != nullptr) scores[returned] = s.score;
+        ++returned;
+        used += len + 1;
+    }
+    if (size > 0) buffer[used] = '\0';
+    delete[] list.entries;
+    return 0;
+}

@@ -1,0 +1,78 @@
+// check/suggest_int.h — the suggestion engine's internals, for the
+// compressed-lexicon candidate search and the module's tests: the bounded
+// candidate list, the two similarity scorers with the phonetic tables, the
+// per-lexicon searches and the level search over compressed segments.
+#pragma once
+
+#include <cstdint>
+
+#include "engine/limits.h"
+
+struct Session;
+struct LexEntry;
+struct CLexState;
+struct TLexState;
+
+// One candidate of the list.
+struct Suggestion {
+    char word[kWordBufSize];
+    int16_t score;       // 0 to 100; 99 for a change lexicon's replacement
+    int16_t suppressed;  // nonzero: excluded, never returned
+};
+
+// Candidates of one ORTH_Suggest call, best first; equal scores keep the
+// order in which they were offered.
+struct SuggestionList {
+    Suggestion *entries;  // capacity entries
+    uint16_t count;
+    uint16_t capacity;
+};
+
+// A similarity measure: 0 to 100, and a candidate counts only above 0.
+typedef int16_t (*Scorer)(const char *word, const char *candidate, int16_t charSet);
+
+// Phonetic tables: a code letter per byte value (0 for none), and the eight
+// lower-case letter pairs with the letter each stands for.
+extern const uint8_t phoneticCodeTable[256];
+struct PhoneticDigraph {
+    char first;
+    char second;
+    char letter;   // mapped through phoneticCodeTable when a key is built
+};
+constexpr int kPhoneticDigraphs = 8;
+extern const PhoneticDigraph phoneticDigraphTable[kPhoneticDigraphs];
+
+// The list.
+// Inserts after every entry of the same or a higher score; a word already in
+// the list keeps its place and score (a suppressed offer marks it
+// suppressed). A full list drops its last entry, or ignores a candidate that
+// does not beat it. A list of capacity 0 takes nothing.
+void addCandidate(const char *candidate, int16_t score, bool suppressed, SuggestionList *list);
+
+// Scorers.
+int16_t typographicalScore(const char *word, const char *candidate, int16_t charSet);
+int16_t phoneticScore(const char *word, const char *candidate, int16_t charSet);
+void phoneticKey(const char *word, char key[kWordBufSize]);
+
+// Searches.
+int16_t collectSuggestions(Session *session, const char *word, int16_t depth, SuggestionList *list);
+int16_t suggestFromLexicon(Session *session, LexEntry *lex, const char *word, int16_t depth,
+                           SuggestionList *list);
+void searchTextLexicon(const TLexState *state, int16_t type, const char *word, int16_t charSet,
+                       Scorer scorer, SuggestionList *list);
+
+// Compressed-lexicon candidate search. Depth -1 widens from level 1 to 3
+// until a level yields a candidate; 0 to 3 search that level alone; any
+// other depth only the small-words table. Failures end the search silently.
+void searchCompressedLexicon(int16_t depth, const char *word, int16_t charSet, Scorer scorer,
+                             SuggestionList *list, CLexState *state);
+// Candidates scored above 0 in the segments the level selects, or the
+// negative code of a segment that could not be loaded or decoded.
+int32_t searchLevel(CLexState *state, const char *word, int16_t charSet, Scorer scorer,
+                    SuggestionList *list, int level);
+// Sound codes used to select segments; 0 for lexicons not in English.
+uint8_t letterCode(uint8_t letter, uint16_t language);
+uint8_t pairCode(uint8_t first, uint8_t second, uint16_t language);
+// Whether the level's rule selects the segment with this key for word.
+bool selectsSegment(int level, const uint8_t key[2], const char *word, int16_t charSet,
+                    uint16_t language);
