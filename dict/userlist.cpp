@@ -39,6 +39,7 @@ int32_t loadUserList(DictHandle *handle, const char *path) {
             unsigned char len = 0;
             if (!readExactly(fh, &len, 1) || !readExactly(fh, word, len)) break;
             word[len] = '\0';
+            if (len == 0) continue;  // an empty record names no word
             ORTH_AddToLex(static_cast<int16_t>(handle->sessionId),
                           static_cast<int16_t>(handle->userLexId), word, nullptr);
             ++loaded;

@@ -21,8 +21,9 @@ struct TempFile {
     ~TempFile() { if (!path.empty()) std::remove(path.c_str()); }
 };
 
-// Writes the engine's form of a text file to a new temporary file. On a
-// character the set cannot hold, *badLine gets its line number.
+// Writes the engine's form of a text file to a new temporary file. False on
+// a character the set cannot hold (*badLine gets its line number, and the
+// caller reports it) or a file error (reported here).
 bool prepareFile(const std::string &src, bool convert, TempFile *tmp, uint32_t *badLine) {
     std::string text;
     if (!readAll(src, &text)) {
@@ -50,7 +51,11 @@ bool prepareFile(const std::string &src, bool convert, TempFile *tmp, uint32_t *
         ++lineNo;
         if (convert) {
             Encoded enc = encodeUtf8(line);
-            if (enc.hasForeign(0, enc.bytes.size()) && *badLine == 0) *badLine = lineNo;
+            if (enc.hasForeign(0, enc.bytes.size())) {
+                *badLine = lineNo;
+                close(fd);
+                return false;
+            }
             line = enc.bytes;
         }
         out += line;
@@ -143,6 +148,7 @@ int runCompress(const GlobalOptions &, const std::vector<std::string> &args) {
     uint32_t line = 0, badLine = 0;
     int16_t rc = 0;
     if (!suffixes.empty() && !prepareFile(suffixes, convert, &suffixCopy, &badLine)) {
+        if (badLine != 0) reportLineError(suffixes, badLine, "character outside the character set");
         ORTH_CloseSession(session);
         return kExitError;
     }
@@ -158,14 +164,16 @@ int runCompress(const GlobalOptions &, const std::vector<std::string> &args) {
         if (progress) std::fprintf(stderr, "\rorth: compressing %s (%zu of %zu)...", files[i].c_str(), i + 1, files.size());
         TempFile copy;
         badLine = 0;
-        if (!prepareFile(files[i], convert, &copy, &badLine)) { ok = false; break; }
+        if (!prepareFile(files[i], convert, &copy, &badLine)) {
+            if (badLine != 0) reportLineError(files[i], badLine, "character outside the character set");
+            ok = false;
+            break;
+        }
         line = 0;
         rc = ORTH_CompressLexFile(session, copy.path.c_str(), &line);
         if (progress) std::fputs("\n", stderr);
         if (rc < 0) {
-            std::string reason = describeResult(rc);
-            if (rc == ORTH_INVALID_WORD_ERR && badLine == line) reason = "character outside the character set";
-            reportLineError(files[i], line, reason);
+            reportLineError(files[i], line, describeResult(rc));
             ok = false;
         }
     }

@@ -1,0 +1,221 @@
+// tests/tools/cli_test.cpp — the orth command end to end: the built program
+// run over a small dictionary folder.
+// Groups: CliList (misspellings, doubled words, capitals, UTF-8, exit codes),
+// CliSuggest, CliLex (round trip, change types, personal list), CliCompress
+// (errors with line numbers, a dictionary built and used), CliUsage.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <sys/wait.h>
+
+#include "orth.h"
+#include "support/test_util.h"
+
+namespace {
+
+struct Outcome {
+    int status;
+    std::string out, err;
+};
+
+std::string quote(const std::string &s) {
+    std::string q = "'";
+    for (char c : s) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return q + "'";
+}
+
+std::string crlf(const std::vector<std::string> &lines) {
+    std::string out;
+    for (const std::string &l : lines) out += l + "\r\n";
+    return out;
+}
+
+class Cli : public ::testing::Test {
+protected:
+    void SetUp() override {
+        closeAllSessions();
+        writeFile(dir.file("words.txt"),
+                  crlf({"a", "an", "cat", "colour", "doesn't", "end", "etc", "grey", "hall", "halo",
+                        "hell", "hello", "help", "is", "mat", "on", "sat", "the", "this", "world"}));
+        int16_t s = ORTH_OpenSession();
+        uint32_t line = 0;
+        ASSERT_EQ(ORTH_CompressLexInit(s, dir.file("MAIN.CLX").c_str(), nullptr, 1033, 0, &line), 0);
+        ASSERT_EQ(ORTH_CompressLexFile(s, dir.file("words.txt").c_str(), &line), 0);
+        ASSERT_EQ(ORTH_CompressLexEnd(s), 0);
+        ORTH_CloseSession(s);
+        writeFile(dir.file("MAIN.TLX"), crlf({"#LID 1033 1 0"}));
+    }
+    void TearDown() override { closeAllSessions(); }
+
+    // Runs orth with args (and -d the test folder unless noDict) on input.
+    Outcome orth(const std::vector<std::string> &args, const std::string &input = "", bool noDict = false) {
+        writeFile(dir.file("stdin"), input);
+        std::string cmd = quote(std::string(ORTH_BINARY_DIR) + "/orth");
+        if (!noDict) cmd += " -d " + quote(dir.path());
+        for (const std::string &a : args) cmd += " " + quote(a);
+        cmd += " <" + quote(dir.file("stdin")) + " 2>" + quote(dir.file("stderr"));
+        Outcome r{-1, "", ""};
+        FILE *p = popen(cmd.c_str(), "r");
+        if (p == nullptr) return r;
+        char buf[4096];
+        size_t n;
+        while ((n = fread(buf, 1, sizeof buf, p)) > 0) r.out.append(buf, n);
+        int st = pclose(p);
+        r.status = WIFEXITED(st) ? WEXITSTATUS(st) : -1;
+        r.err = readFile(dir.file("stderr"));
+        return r;
+    }
+    TempDir dir;
+};
+
+TEST_F(Cli, ListPrintsEachMisspellingOncePerOccurrence) {
+    struct Case { std::vector<std::string> args; std::string input, out; int status; } cases[] = {
+        {{"list"}, "The cat sat on teh mat.\nteh end\n", "teh\nteh\n", 1},
+        {{"list"}, "The cat sat on the mat.\r\n", "", 0},
+        {{"list"}, "the the cat\n", "the the\n", 1},
+        {{"list", "--no-doubled"}, "the the cat\n", "", 0},
+        {{"list", "--capitals"}, "the cat\nThe cat\n", "the\n", 1},
+        {{"list"}, "the cat\n", "", 0},
+        {{"list"}, "This doesn\xE2\x80\x99t end\n", "", 0},
+        {{"list"}, "Thsi doesn\xE2\x80\x99tt colr\n", "Thsi\ndoesn\xE2\x80\x99tt\ncolr\n", 1},
+        {{"list"}, "caf\xC3\xA9 cat \xD0\x96uk\n", "caf\xC3\xA9\n\xD0\x96uk\n", 1},
+        {{"list"}, "ab\xFF" "c cat \xE2\x80\n", "ab\xFF" "c\n\xE2\x80\n", 1},
+        {{"list"}, "", "", 0},
+        {{"list"}, std::string(5000, 'x') + "\n", "", 1},
+    };
+    for (const Case &c : cases) {
+        Outcome r = orth(c.args, c.input);
+        EXPECT_EQ(r.status, c.status) << c.input << r.err;
+        if (c.input.size() < 1000) {
+            EXPECT_EQ(r.out, c.out) << c.input;
+        }
+    }
+}
+
+TEST_F(Cli, ListReadsFilesAndNamesThoseItCannotRead) {
+    writeFile(dir.file("a.txt"), "teh cat\n");
+    Outcome r = orth({"list", dir.file("a.txt"), dir.file("missing.txt")});
+    EXPECT_EQ(r.status, 2);
+    EXPECT_EQ(r.out, "teh\n");
+    EXPECT_NE(r.err.find("missing.txt: No such file or directory"), std::string::npos) << r.err;
+}
+
+TEST_F(Cli, SuggestShowsCorrectWordsAndScoredSuggestions) {
+    Outcome r = orth({"suggest", "cat", "helo", "doesn\xE2\x80\x99t", "\xD0\x96uk"});
+    EXPECT_EQ(r.status, 1);
+    std::vector<std::string> lines;
+    for (size_t pos = 0, nl; (nl = r.out.find('\n', pos)) != std::string::npos; pos = nl + 1)
+        lines.push_back(r.out.substr(pos, nl - pos));
+    ASSERT_EQ(lines.size(), 4u) << r.out;
+    EXPECT_EQ(lines[0], "* cat");
+    EXPECT_EQ(lines[1].rfind("& helo: ", 0), 0u) << lines[1];
+    EXPECT_NE(lines[1].find("hello ("), std::string::npos) << lines[1];
+    EXPECT_EQ(lines[2], "* doesn\xE2\x80\x99t");
+    EXPECT_EQ(lines[3], "# \xD0\x96uk");
+
+    r = orth({"suggest"}, "cat, hello.\n");
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, "* cat\n* hello\n");
+}
+
+TEST_F(Cli, LexRoundTripsThroughExportAndImport) {
+    std::string lex = dir.file("mine.tlx"), copy = dir.file("copy.tlx"), text = dir.file("out.txt");
+    EXPECT_EQ(orth({"lex", "create", lex}).status, 0);
+    EXPECT_EQ(orth({"lex", "add", lex, "zebra", "\xC3\xA6r\xC3\xB8", "aardvark"}).status, 0);
+    Outcome listed = orth({"lex", "list", lex});
+    EXPECT_EQ(listed.out, "aardvark\nzebra\n\xC3\xA6r\xC3\xB8\n");
+    EXPECT_EQ(orth({"lex", "export", lex, text}).status, 0);
+    EXPECT_EQ(orth({"lex", "create", copy, "--type", "ignore"}).status, 0);
+    EXPECT_EQ(orth({"lex", "import", copy, text}).status, 0);
+    EXPECT_EQ(orth({"lex", "list", copy}).out, listed.out);
+    EXPECT_EQ(orth({"lex", "delete", lex, "zebra"}).status, 0);
+    EXPECT_EQ(orth({"lex", "list", lex}).out, "aardvark\n\xC3\xA6r\xC3\xB8\n");
+
+    Outcome r = orth({"lex", "create", lex});
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("mine.tlx: cannot create lexicon: file already exists"), std::string::npos) << r.err;
+    r = orth({"lex", "add", lex, "\xD0\x96uk"});
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("character set"), std::string::npos) << r.err;
+    r = orth({"lex", "list", dir.file("none.tlx")});
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("none.tlx: cannot open lexicon"), std::string::npos) << r.err;
+    r = orth({"lex", "add", dir.file("MAIN.CLX"), "x"});
+    EXPECT_EQ(r.status, 2);
+}
+
+TEST_F(Cli, LexChangeTypesNeedReplacementsAndPersonalListIsConsulted) {
+    std::string lex = dir.file("auto.tlx");
+    EXPECT_EQ(orth({"lex", "create", lex, "--type", "auto"}).status, 0);
+    Outcome r = orth({"lex", "add", lex, "teh"});
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("WORD:REPLACEMENT"), std::string::npos) << r.err;
+    EXPECT_EQ(orth({"lex", "add", lex, "teh:the"}).status, 0);
+    writeFile(dir.file("pairs.txt"), "# comment\nadn:and  recieve:receive\n");
+    EXPECT_EQ(orth({"lex", "import", lex, dir.file("pairs.txt")}).status, 0);
+    EXPECT_EQ(orth({"lex", "list", lex}).out, "adn:and\nrecieve:receive\nteh:the\n");
+    EXPECT_EQ(orth({"lex", "create", lex, "--type", "sideways"}).status, 2);
+
+    std::string mine = dir.file("mine.tlx");
+    EXPECT_EQ(orth({"lex", "create", mine}).status, 0);
+    EXPECT_EQ(orth({"lex", "add", mine, "zebra"}).status, 0);
+    EXPECT_EQ(orth({"list"}, "zebra cat\n").out, "zebra\n");
+    EXPECT_EQ(orth({"-p", mine, "list"}, "zebra cat\n").out, "");
+    EXPECT_EQ(orth({"-p", dir.file("not-yet.tlx"), "list"}, "zebra\n").out, "zebra\n");
+}
+
+TEST_F(Cli, CompressReportsFileLineAndReason) {
+    struct Case { std::vector<std::string> lines; std::string expect; } cases[] = {
+        {{"apple", "banana", "avocado"}, "bad.txt:3: word out of order"},
+        {{"# comment", "apple", std::string(70, 'z')}, "bad.txt:3: invalid word"},
+        {{"apple", "caf\xD0\x96"}, "bad.txt:2: character outside the character set"},
+    };
+    for (const Case &c : cases) {
+        std::string text;
+        for (const std::string &l : c.lines) text += l + "\n";
+        writeFile(dir.file("bad.txt"), text);
+        Outcome r = orth({"compress", "-o", dir.file("OUT.CLX"), dir.file("bad.txt")}, "", true);
+        EXPECT_EQ(r.status, 2);
+        EXPECT_NE(r.err.find(c.expect), std::string::npos) << r.err;
+    }
+    Outcome r = orth({"compress", "-o", dir.file("OUT.CLX"), dir.file("nothere.txt")}, "", true);
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("nothere.txt: No such file or directory"), std::string::npos) << r.err;
+    EXPECT_EQ(orth({"compress", dir.file("words.txt")}, "", true).status, 2);  // no -o
+    EXPECT_EQ(orth({"compress", "-o", "X", "--charset", "12", "w"}, "", true).status, 2);
+}
+
+TEST_F(Cli, CompressedDictionaryIsUsableWithDashD) {
+    TempDir built;
+    writeFile(built.file("w1.txt"), "caf\xC3\xA9\nzebra\n");
+    writeFile(built.file("MAIN.TLX"), crlf({"#LID 1033 1 0"}));
+    Outcome r = orth({"compress", "-o", built.file("MAIN.CLX"), built.file("w1.txt")}, "", true);
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.err, "");  // no progress output when standard error is not a terminal
+    r = orth({"-d", built.path(), "list"}, "zebra caf\xC3\xA9 cat\n", true);
+    EXPECT_EQ(r.out, "cat\n");
+}
+
+TEST_F(Cli, UsageErrorsAndHelp) {
+    Outcome r = orth({"--version"}, "", true);
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, "orth 4.21\n");
+    r = orth({"--help"}, "", true);
+    EXPECT_EQ(r.status, 0);
+    EXPECT_NE(r.out.find("suggest"), std::string::npos);
+    struct Case { std::vector<std::string> args; std::string err; } cases[] = {
+        {{}, "Usage:"},
+        {{"frobnicate"}, "orth: unknown command frobnicate"},
+        {{"list", "--bogus"}, "orth: list: unknown option --bogus"},
+        {{"-d"}, "orth: -d needs a value"},
+        {{"-d", "/no/such/dir", "list"}, "orth: /no/such/dir/MAIN.CLX: cannot open dictionary"},
+        {{"lex", "shred", "x.tlx"}, "orth: lex: unknown action shred"},
+    };
+    for (const Case &c : cases) {
+        r = orth(c.args, "", true);
+        EXPECT_EQ(r.status, 2);
+        EXPECT_NE(r.err.find(c.err), std::string::npos) << r.err;
+    }
+}
+
+}  // namespace
