@@ -10,6 +10,8 @@
 //     resident; the visitor loads nothing, so the walk's data stays valid.
 // (3) A segment that cannot be loaded or decoded ends its level and, in
 //     progressive mode, the search; candidates found so far stay listed.
+#include <cstring>
+
 #include "check/chartab.h"
 #include "check/suggest_int.h"
 #include "lex/clex_int.h"
@@ -23,11 +25,25 @@ struct LevelVisit {
     SuggestionList *list;
     int16_t charSet;
     int32_t found;
+    int wordLen;
 };
 
+// Once the level has found a candidate (so its count is no longer 0) and
+// the list is full, only a score above the list's last one can change the
+// list, and the typographical walk stops as soon as it cannot get there.
 int visitCandidate(const char *word, const char *decoded, void *context) {
     auto *visit = static_cast<LevelVisit *>(context);
-    int16_t score = visit->scorer(word, decoded, visit->charSet);
+    int16_t score;
+    if (visit->scorer == typographicalScore) {
+        const SuggestionList *list = visit->list;
+        int16_t floor = 0;
+        if (visit->found > 0 && list->capacity > 0 && list->count >= list->capacity) {
+            floor = list->entries[list->capacity - 1].score;
+        }
+        score = typographicalScoreAbove(word, visit->wordLen, decoded, visit->charSet, floor);
+    } else {
+        score = visit->scorer(word, decoded, visit->charSet);
+    }
     if (score > 0) {
         addCandidate(decoded, score, false, visit->list);
         ++visit->found;
@@ -113,7 +129,9 @@ bool selectsSegment(int level, const uint8_t key[2], const char *word, int16_t c
     return selects(level, key, foldWord(word, charSet, language), charSet, language);
 }
 
-// Count of candidates scored above 0 (kept by the list or not), or the
+// Count of candidates scored above 0 (kept by the list or not; once the
+// list is full, only those that could enter it), so 0 exactly when nothing
+// scored above 0; or the
 // negative code of the first segment that could not be loaded or decoded.
 // An empty segment (ORTH_WORD_NOT_FOUND_ERR from loadSeg) has nothing to
 // offer and is passed over. At level 0 only the block of the word's third
@@ -121,7 +139,7 @@ bool selectsSegment(int level, const uint8_t key[2], const char *word, int16_t c
 // nothing there and its segments are not loaded.
 int32_t searchLevel(CLexState *state, const char *word, int16_t charSet, Scorer scorer,
                     SuggestionList *list, int level) {
-    LevelVisit visit{scorer, list, charSet, 0};
+    LevelVisit visit{scorer, list, charSet, 0, static_cast<int>(std::strlen(word))};
     bool sameThirdByte = level == 0;
     if (sameThirdByte && (word[0] == '\0' || word[1] == '\0' || word[2] == '\0')) return 0;
     const WordStart ws = foldWord(word, charSet, state->language);

@@ -169,24 +169,39 @@ void addCandidate(const char *candidate, int16_t score, bool suppressed, Suggest
 // 40 for each character left over. 0 when the lengths differ by more than
 // half the word's length.
 int16_t typographicalScore(const char *word, const char *candidate, int16_t charSet) {
+    return typographicalScoreAbove(word, static_cast<int>(std::strlen(word)), candidate, charSet, 0);
+}
+
+// The running score only falls, so the walk can stop as soon as the result
+// can no longer exceed floor. Every step that changes the difference of the
+// two positions costs at least 40, as does every character left over, so a
+// length difference of d caps the score at base - 40d before any walking.
+int16_t typographicalScoreAbove(const char *word, int wordLen, const char *candidate,
+                                int16_t charSet, int16_t floor) {
     const int row = charSetRow(charSet);
     const uint8_t *base = baseLetterTable[row];
     const uint8_t *cls = charClassTable[row];
     auto *w = reinterpret_cast<const unsigned char *>(word);
     auto *c = reinterpret_cast<const unsigned char *>(candidate);
-    int lw = static_cast<int>(std::strlen(word));
-    int lc = static_cast<int>(std::strlen(candidate));
-    int16_t full = static_cast<int16_t>(lw == 0 ? 1 : 100 * lw);
-    int diff = lc > lw ? lc - lw : lw - lc;
+    const int lw = wordLen;
+    const int lc = static_cast<int>(std::strlen(candidate));
+    const int16_t full = static_cast<int16_t>(lw == 0 ? 1 : 100 * lw);
+    const int diff = lc > lw ? lc - lw : lw - lc;
     if (diff > lw / 2) return 0;
+    // Smallest running score whose result is above floor.
+    const int least = ((floor + 1) * full + 99) / 100;
+    if (full - 40 * diff < least) return 0;
     int16_t score = full;
     int i = 0, j = 0;
     while (i < lw && j < lc && score > 0) {
+        if (score < least) return 0;
         unsigned char x = w[i], y = c[j];
         uint8_t bx = base[x], by = base[y];
         if (bx == by) {
-            if (((cls[x] & CC_LOWER) != 0) != ((cls[y] & CC_LOWER) != 0)) score = static_cast<int16_t>(score - 1);
-            if (toLowerChar(row, x) != toLowerChar(row, y)) score = static_cast<int16_t>(score - 5);
+            if (x != y) {
+                if (((cls[x] ^ cls[y]) & CC_LOWER) != 0) score = static_cast<int16_t>(score - 1);
+                if (toLowerChar(row, x) != toLowerChar(row, y)) score = static_cast<int16_t>(score - 5);
+            }
         } else {
             uint8_t bx1 = i + 1 < lw ? base[w[i + 1]] : 0;
             uint8_t by1 = j + 1 < lc ? base[c[j + 1]] : 0;
@@ -209,30 +224,48 @@ int16_t typographicalScore(const char *word, const char *candidate, int16_t char
         ++j;
     }
     score = static_cast<int16_t>(score - 40 * (lc - j) - 40 * (lw - i));
-    if (score <= 0) return 0;
+    if (score <= 0 || score < least) return 0;
     return static_cast<int16_t>(score * 100 / full);
 }
+
+namespace {
+
+// The code that position i of w adds to a phonetic key (0: none): a pair
+// of the digraph table, else the character's own code, vowels only first.
+uint8_t phoneticStep(const unsigned char *w, int i) {
+    if (w[i + 1] != 0) {
+        for (const PhoneticDigraph &d : phoneticDigraphTable) {
+            if (w[i] == static_cast<unsigned char>(d.first) &&
+                w[i + 1] == static_cast<unsigned char>(d.second)) {
+                return phoneticCodeTable[static_cast<unsigned char>(d.letter)];
+            }
+        }
+    }
+    uint8_t code = phoneticCodeTable[w[i]];
+    return (code == 'a' && i != 0) ? 0 : code;
+}
+
+// Whether candidate's phonetic key is key, stopping at the first difference.
+bool phoneticKeyIs(const char *candidate, const char *key) {
+    auto *w = reinterpret_cast<const unsigned char *>(candidate);
+    auto *k = reinterpret_cast<const unsigned char *>(key);
+    int n = 0;
+    for (int i = 0; w[i] != 0 && i < kMaxWordLen; ++i) {
+        uint8_t code = phoneticStep(w, i);
+        if (code == 0 || (n > 0 && k[n - 1] == code)) continue;
+        if (k[n] != code) return false;
+        ++n;
+    }
+    return k[n] == 0;
+}
+
+}  // namespace
 
 void phoneticKey(const char *word, char key[kWordBufSize]) {
     auto *w = reinterpret_cast<const unsigned char *>(word);
     int n = 0;
     for (int i = 0; w[i] != 0 && i < kMaxWordLen; ++i) {
-        uint8_t code = 0;
-        bool pair = false;
-        if (w[i + 1] != 0) {
-            for (const PhoneticDigraph &d : phoneticDigraphTable) {
-                if (w[i] == static_cast<unsigned char>(d.first) &&
-                    w[i + 1] == static_cast<unsigned char>(d.second)) {
-                    code = phoneticCodeTable[static_cast<unsigned char>(d.letter)];
-                    pair = true;
-                    break;
-                }
-            }
-        }
-        if (!pair) {
-            code = phoneticCodeTable[w[i]];
-            if (code == 'a' && i != 0) code = 0;   // vowels count only first
-        }
+        uint8_t code = phoneticStep(w, i);
         if (code != 0 && (n == 0 || static_cast<uint8_t>(key[n - 1]) != code)) {
             key[n++] = static_cast<char>(code);
         }
@@ -243,9 +276,7 @@ void phoneticKey(const char *word, char key[kWordBufSize]) {
 // 0 unless both words have the same phonetic key; then the share of the
 // characters of both words whose byte values occur equally often in each.
 int16_t phoneticScore(const char *word, const char *candidate, int16_t charSet) {
-    char key[kWordBufSize];
-    phoneticKey(candidate, key);
-    if (std::strcmp(cachedKey(word), key) != 0) return 0;
+    if (!phoneticKeyIs(candidate, cachedKey(word))) return 0;
     int counts[256] = {};
     int total = 0;
     for (auto *p = reinterpret_cast<const unsigned char *>(word); *p != 0; ++p, ++total) ++counts[*p];

@@ -51,6 +51,10 @@ void addCandidate(const char *candidate, int16_t score, bool suppressed, Suggest
 
 // Scorers.
 int16_t typographicalScore(const char *word, const char *candidate, int16_t charSet);
+// The typographical score when it is above floor, else 0; wordLen is the
+// word's length, measured once for a whole search.
+int16_t typographicalScoreAbove(const char *word, int wordLen, const char *candidate,
+                                int16_t charSet, int16_t floor);
 int16_t phoneticScore(const char *word, const char *candidate, int16_t charSet);
 void phoneticKey(const char *word, char key[kWordBufSize]);
 
