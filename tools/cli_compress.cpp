@@ -3,13 +3,19 @@
 //
 // The files are UTF-8 text with LF or CR LF line ends. Each is first copied
 // to a temporary file in the engine's form (character set 0 bytes, CR LF
-// line ends, one line for each input line, so line numbers carry over); for
+// line ends, one line for each input line, so line numbers carry over),
+// written beside the output as OUT.words.tmp and removed afterwards; for
 // the other character sets (1 to 3, 5 to 9) the bytes are taken as they are
 // and only the line ends are changed. A failure names the file, the line and
 // the reason.
 #include <cstdlib>
 #include <cstring>
+#ifdef _WIN32
+#include <io.h>
+#define isatty _isatty
+#else
 #include <unistd.h>
+#endif
 
 #include "orth.h"
 #include "tools/cli.h"
@@ -21,26 +27,18 @@ struct TempFile {
     ~TempFile() { if (!path.empty()) std::remove(path.c_str()); }
 };
 
-// Writes the engine's form of a text file to a new temporary file. False on
+// Writes the engine's form of a text file to copyPath. False on
 // a character the set cannot hold (*badLine gets its line number, and the
 // caller reports it) or a file error (reported here).
-bool prepareFile(const std::string &src, bool convert, TempFile *tmp, uint32_t *badLine) {
+bool prepareFile(const std::string &src, const std::string &copyPath, bool convert, TempFile *tmp,
+                 uint32_t *badLine) {
     std::string text;
     if (!readAll(src, &text)) {
         reportError("%s: %s", src.c_str(), errnoText().c_str());
         return false;
     }
-    const char *dir = std::getenv("TMPDIR");
-    std::string pattern = std::string(dir && *dir ? dir : "/tmp") + "/orthcXXXXXX";
-    std::vector<char> name(pattern.begin(), pattern.end());
-    name.push_back('\0');
-    int fd = mkstemp(name.data());
-    if (fd < 0) {
-        reportError("cannot create a temporary file in %s: %s", dir && *dir ? dir : "/tmp", errnoText().c_str());
-        return false;
-    }
-    tmp->path = name.data();
     std::string out;
+    out.reserve(text.size() + text.size() / 8);
     uint32_t lineNo = 0;
     size_t start = 0;
     while (start < text.size()) {
@@ -53,7 +51,6 @@ bool prepareFile(const std::string &src, bool convert, TempFile *tmp, uint32_t *
             Encoded enc = encodeUtf8(line);
             if (enc.hasForeign(0, enc.bytes.size())) {
                 *badLine = lineNo;
-                close(fd);
                 return false;
             }
             line = enc.bytes;
@@ -62,9 +59,15 @@ bool prepareFile(const std::string &src, bool convert, TempFile *tmp, uint32_t *
         out += "\r\n";
         start = end + 1;
     }
-    bool ok = write(fd, out.data(), out.size()) == static_cast<ssize_t>(out.size());
-    if (close(fd) != 0) ok = false;
-    if (!ok) reportError("%s: cannot write a temporary copy: %s", tmp->path.c_str(), errnoText().c_str());
+    FILE *f = std::fopen(copyPath.c_str(), "wb");
+    if (f == nullptr) {
+        reportError("%s: cannot create a temporary copy: %s", copyPath.c_str(), errnoText().c_str());
+        return false;
+    }
+    tmp->path = copyPath;
+    bool ok = std::fwrite(out.data(), 1, out.size(), f) == out.size();
+    if (std::fclose(f) != 0) ok = false;
+    if (!ok) reportError("%s: cannot write a temporary copy: %s", copyPath.c_str(), errnoText().c_str());
     return ok;
 }
 
@@ -147,7 +150,7 @@ int runCompress(const GlobalOptions &, const std::vector<std::string> &args) {
     TempFile suffixCopy;
     uint32_t line = 0, badLine = 0;
     int16_t rc = 0;
-    if (!suffixes.empty() && !prepareFile(suffixes, convert, &suffixCopy, &badLine)) {
+    if (!suffixes.empty() && !prepareFile(suffixes, output + ".suffixes.tmp", convert, &suffixCopy, &badLine)) {
         if (badLine != 0) reportLineError(suffixes, badLine, "character outside the character set");
         ORTH_CloseSession(session);
         return kExitError;
@@ -164,7 +167,7 @@ int runCompress(const GlobalOptions &, const std::vector<std::string> &args) {
         if (progress) std::fprintf(stderr, "\rorth: compressing %s (%zu of %zu)...", files[i].c_str(), i + 1, files.size());
         TempFile copy;
         badLine = 0;
-        if (!prepareFile(files[i], convert, &copy, &badLine)) {
+        if (!prepareFile(files[i], output + ".words.tmp", convert, &copy, &badLine)) {
             if (badLine != 0) reportLineError(files[i], badLine, "character outside the character set");
             ok = false;
             break;

@@ -14,7 +14,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <sys/stat.h>
+#ifdef _WIN32
+#include <windows.h>
+#else
 #include <unistd.h>
+#endif
 
 #include "orth.h"
 #include "tools/cli.h"
@@ -23,15 +27,23 @@ namespace {
 
 bool isFile(const std::string &path) {
     struct stat st;
-    return stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
+    return stat(path.c_str(), &st) == 0 && (st.st_mode & S_IFMT) == S_IFREG;
 }
 
 std::string executableDir() {
+#ifdef _WIN32
+    char buf[MAX_PATH];
+    DWORD n = GetModuleFileNameA(nullptr, buf, sizeof buf);
+    if (n == 0 || n >= sizeof buf) return "";
+    std::string path(buf, n);
+    size_t slash = path.find_last_of("\\/");
+#else
     char buf[PATH_MAX];
     ssize_t n = readlink("/proc/self/exe", buf, sizeof buf - 1);
     if (n <= 0) return "";
     std::string path(buf, static_cast<size_t>(n));
     size_t slash = path.rfind('/');
+#endif
     return slash == std::string::npos ? "" : path.substr(0, slash);
 }
 

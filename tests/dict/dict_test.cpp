@@ -127,19 +127,6 @@ TEST_F(DictTest, NumbersAndFullStopsArePreFiltered) {
     DictClose(h);
 }
 
-TEST_F(DictTest, AddedWordsAreAcceptedAndDeletedWordsNoLonger) {
-    DictHandle *h = open();
-    ASSERT_NE(h, nullptr);
-    EXPECT_EQ(DictCheckWord(h, "orthography"), 1);
-    EXPECT_EQ(DictAddWord(h, "orthography"), 0);
-    EXPECT_EQ(DictCheckWord(h, "orthography"), 0);
-    EXPECT_EQ(DictDeleteWord(h, "orthography"), 0);
-    EXPECT_EQ(DictCheckWord(h, "orthography"), 1);
-    EXPECT_EQ(DictAddWord(h, nullptr), 0);
-    EXPECT_EQ(DictDeleteWord(h, "never added"), 0);
-    DictClose(h);
-}
-
 // Suggestions the engine gives for word in a session over the same folder.
 std::vector<std::pair<std::string, int16_t>> engineSuggestions(const std::string &dir, const char *word) {
     int16_t s = ORTH_OpenSession();

@@ -8,8 +8,7 @@
 #include <cstdio>
 #include <sys/wait.h>
 
-#include "orth.h"
-#include "support/test_util.h"
+#include "dict/dict_fixture.h"
 
 namespace {
 
@@ -24,26 +23,14 @@ std::string quote(const std::string &s) {
     return q + "'";
 }
 
-std::string crlf(const std::vector<std::string> &lines) {
-    std::string out;
-    for (const std::string &l : lines) out += l + "\r\n";
-    return out;
-}
-
 class Cli : public ::testing::Test {
 protected:
     void SetUp() override {
         closeAllSessions();
-        writeFile(dir.file("words.txt"),
-                  crlf({"a", "an", "cat", "colour", "doesn't", "end", "etc", "grey", "hall", "halo",
-                        "hell", "hello", "help", "is", "mat", "on", "sat", "the", "this", "world"}));
-        int16_t s = ORTH_OpenSession();
-        uint32_t line = 0;
-        ASSERT_EQ(ORTH_CompressLexInit(s, dir.file("MAIN.CLX").c_str(), nullptr, 1033, 0, &line), 0);
-        ASSERT_EQ(ORTH_CompressLexFile(s, dir.file("words.txt").c_str(), &line), 0);
-        ASSERT_EQ(ORTH_CompressLexEnd(s), 0);
-        ORTH_CloseSession(s);
-        writeFile(dir.file("MAIN.TLX"), crlf({"#LID 1033 1 0"}));
+        std::vector<std::string> words = sampleWords();
+        words.insert(words.begin() + 14, {"mat", "on", "sat"});
+        ASSERT_EQ(compressWords(dir.path(), dir.file("MAIN.CLX"), words), 0);
+        writeFile(dir.file("MAIN.TLX"), crlfLines({"#LID 1033 1 0"}));
     }
     void TearDown() override { closeAllSessions(); }
 
@@ -137,11 +124,7 @@ TEST_F(Cli, LexRoundTripsThroughExportAndImport) {
     r = orth({"lex", "add", lex, "\xD0\x96uk"});
     EXPECT_EQ(r.status, 2);
     EXPECT_NE(r.err.find("character set"), std::string::npos) << r.err;
-    r = orth({"lex", "list", dir.file("none.tlx")});
-    EXPECT_EQ(r.status, 2);
-    EXPECT_NE(r.err.find("none.tlx: cannot open lexicon"), std::string::npos) << r.err;
-    r = orth({"lex", "add", dir.file("MAIN.CLX"), "x"});
-    EXPECT_EQ(r.status, 2);
+    EXPECT_EQ(orth({"lex", "add", dir.file("MAIN.CLX"), "x"}).status, 2);  // read-only
 }
 
 TEST_F(Cli, LexChangeTypesNeedReplacementsAndPersonalListIsConsulted) {
@@ -188,7 +171,7 @@ TEST_F(Cli, CompressReportsFileLineAndReason) {
 TEST_F(Cli, CompressedDictionaryIsUsableWithDashD) {
     TempDir built;
     writeFile(built.file("w1.txt"), "caf\xC3\xA9\nzebra\n");
-    writeFile(built.file("MAIN.TLX"), crlf({"#LID 1033 1 0"}));
+    writeFile(built.file("MAIN.TLX"), crlfLines({"#LID 1033 1 0"}));
     Outcome r = orth({"compress", "-o", built.file("MAIN.CLX"), built.file("w1.txt")}, "", true);
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(r.err, "");  // no progress output when standard error is not a terminal
