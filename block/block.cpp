@@ -168,8 +168,8 @@ int16_t BlockNextWord(TextBlock *block) {
 // 0, or ORTH_BUFFER_TOO_SMALL_ERR (logged, cursor unchanged) past the end.
 int16_t BlockSetCursor(TextBlock *block, uint32_t cursor) {
     if (cursor > block->length) {
-        engineLog("BlockSetCursor: cursor %lu > text length %lu", static_cast<unsigned long>(cursor),
-                  static_cast<unsigned long>(block->length));
+        engineLog("BlockSetCursor: cursor %lu > text length %lu",
+                  static_cast<unsigned long>(cursor), static_cast<unsigned long>(block->length));
         return ORTH_BUFFER_TOO_SMALL_ERR;
     }
     block->cursor = cursor;

@@ -6,7 +6,6 @@
 // caller buffers).
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <functional>
 #include <string>
 #include <vector>
@@ -46,6 +45,9 @@ protected:
         ASSERT_GE(lex, 0);
         for (const char *w : words) ASSERT_EQ(ORTH_AddToLex(session, lex, w, nullptr), 0) << w;
     }
+    int16_t check(int16_t block, uint32_t mask = 0) {
+        return ORTH_CheckBlock(session, block, mask, word, sizeof word, repl, sizeof repl);
+    }
     uint32_t cursor(int16_t block) {
         uint32_t c = 0;
         ORTH_GetBlockInfo(session, block, nullptr, nullptr, &c, nullptr);
@@ -54,6 +56,7 @@ protected:
 
     int16_t session = -1;
     std::vector<char> buffer;
+    char word[64] = {}, repl[64] = {};
 };
 
 using BlockSlots = BlockApi;
@@ -62,6 +65,9 @@ using CheckBlock = BlockApi;
 
 TEST_F(BlockSlots, FourPerSessionLowestFreeFirst) {
     LogCapture log;
+    char text[] = "abcdef";
+    EXPECT_EQ(ORTH_OpenBlock(session, text, 6, 5, 0), ORTH_BUFFER_TOO_SMALL_ERR);  // no slot used
+    EXPECT_TRUE(log.contains("BlockOpen: buffer too small"));
     for (int16_t i = 0; i < 4; ++i) EXPECT_EQ(open("text"), i);
     EXPECT_TRUE(log.contains("ORTH_OpenBlock: block 3 opened"));
     EXPECT_EQ(open("text"), ORTH_TOO_MANY_BLOCKS_ERR);
@@ -74,19 +80,10 @@ TEST_F(BlockSlots, FourPerSessionLowestFreeFirst) {
     EXPECT_EQ(ORTH_OpenBlock(other, buffer.data(), 4, 20, 0), 0);
 }
 
-TEST_F(BlockSlots, FailedOpenLeavesNoSlotUsed) {
-    LogCapture log;
-    char text[] = "abcdef";
-    EXPECT_EQ(ORTH_OpenBlock(session, text, 6, 5, 0), ORTH_BUFFER_TOO_SMALL_ERR);
-    EXPECT_TRUE(log.contains("BlockOpen: buffer too small"));
-    EXPECT_EQ(ORTH_OpenBlock(session, text, 6, 7, 0), 0);
-}
-
 TEST_F(BlockSlots, CharacterSetIsTakenAtOpen) {
     ASSERT_EQ(ORTH_SetOption(session, ORTH_CHARSET_OPT, 1), 0);
     int16_t latin2 = open("x\xAAy");
     ASSERT_EQ(ORTH_SetOption(session, ORTH_CHARSET_OPT, 0), 1);
-    char word[64];
     EXPECT_EQ(ORTH_GetBlockWord(session, latin2, word, sizeof word), 0);
     EXPECT_STREQ(word, "x\xAAy");  // 0xAA stays a letter for this block
     int16_t latin1 = open("x\xAAy");
@@ -117,7 +114,7 @@ TEST_F(BlockIds, EveryCallValidatesSessionThenBlock) {
     ASSERT_EQ(open("some text"), 0);
     ASSERT_EQ(open("more text"), 1);
     ASSERT_EQ(ORTH_CloseBlock(session, 1), 0);
-    char buf[64];
+    char *buf = word;
     uint32_t n = 0;
     struct Call {
         const char *name;
@@ -127,7 +124,8 @@ TEST_F(BlockIds, EveryCallValidatesSessionThenBlock) {
         {"ORTH_CheckBlock",
          [&](int16_t s, int16_t b) { return ORTH_CheckBlock(s, b, 0, buf, 64, buf, 64); }},
         {"ORTH_NextBlockWord", [](int16_t s, int16_t b) { return ORTH_NextBlockWord(s, b); }},
-        {"ORTH_GetBlockWord", [&](int16_t s, int16_t b) { return ORTH_GetBlockWord(s, b, buf, 64); }},
+        {"ORTH_GetBlockWord",
+         [&](int16_t s, int16_t b) { return ORTH_GetBlockWord(s, b, buf, 64); }},
         {"ORTH_ReplaceBlockWord",
          [](int16_t s, int16_t b) { return ORTH_ReplaceBlockWord(s, b, "x"); }},
         {"ORTH_DelBlockWord", [](int16_t s, int16_t b) { return ORTH_DelBlockWord(s, b); }},
@@ -137,19 +135,17 @@ TEST_F(BlockIds, EveryCallValidatesSessionThenBlock) {
         {"ORTH_SetBlockCursor", [](int16_t s, int16_t b) { return ORTH_SetBlockCursor(s, b, 0); }},
     };
     for (const Call &call : calls) {
-        for (int16_t badSession : {int16_t(-1), int16_t(5), int16_t(16)}) {
+        using Lines = std::vector<std::string>;
+        const std::string name = call.name;
+        for (int16_t bad : {-1, 5, 16}) {
             LogCapture log;
-            EXPECT_EQ(call.run(badSession, 0), ORTH_BAD_SESSION_ID_ERR) << call.name;
-            EXPECT_EQ(messages(log), std::vector<std::string>{std::string(call.name) +
-                                                            ": bad session id " +
-                                                            std::to_string(badSession)});
+            EXPECT_EQ(call.run(bad, 0), ORTH_BAD_SESSION_ID_ERR) << name;
+            EXPECT_EQ(messages(log), Lines{name + ": bad session id " + std::to_string(bad)});
         }
-        for (int16_t badBlock : {int16_t(-1), int16_t(1), int16_t(4), int16_t(32767)}) {
+        for (int16_t bad : {-1, 1, 4, 32767}) {  // 1 was closed
             LogCapture log;
-            EXPECT_EQ(call.run(session, badBlock), ORTH_BAD_BLOCK_ID_ERR) << call.name;
-            EXPECT_EQ(messages(log), std::vector<std::string>{std::string(call.name) +
-                                                            ": bad block id " +
-                                                            std::to_string(badBlock)});
+            EXPECT_EQ(call.run(session, bad), ORTH_BAD_BLOCK_ID_ERR) << name;
+            EXPECT_EQ(messages(log), Lines{name + ": bad block id " + std::to_string(bad)});
         }
     }
     LogCapture log;
@@ -157,20 +153,6 @@ TEST_F(BlockIds, EveryCallValidatesSessionThenBlock) {
     EXPECT_EQ(ORTH_OpenBlock(7, text, 1, 2, 0), ORTH_BAD_SESSION_ID_ERR);
     EXPECT_TRUE(log.contains("ORTH_OpenBlock: bad session id 7"));
     EXPECT_EQ(ORTH_GetBlock(session, 0, buf, 64), 9);  // block 0 untouched by it all
-}
-
-TEST_F(CheckBlock, StopsAtTheDoubledWordAndSkipsNumbers) {
-    knownWords({"hello", "world", "the", "end"});
-    int16_t b = open("Hello world 1999 the the end.");
-    char word[64], repl[64];
-    EXPECT_EQ(ORTH_CheckBlock(session, b, ORTH_REPORT_DOUBLED_WORDS_OPT, word, 64, repl, 64),
-              ORTH_CHK_DOUBLED_WORD);
-    EXPECT_STREQ(word, "the");
-    EXPECT_EQ(cursor(b), 21u);
-    EXPECT_EQ(ORTH_NextBlockWord(session, b), 0);
-    EXPECT_EQ(ORTH_CheckBlock(session, b, ORTH_REPORT_DOUBLED_WORDS_OPT, word, 64, repl, 64),
-              ORTH_CHK_END_OF_BLOCK);
-    EXPECT_EQ(ORTH_NextBlockWord(session, b), ORTH_WORD_NOT_FOUND_ERR);
 }
 
 // The words at which a whole-text run of ORTH_CheckBlock stops, each with
@@ -184,29 +166,24 @@ std::vector<std::string> stops(int16_t session, int16_t block, uint32_t mask) {
         out.push_back(std::string(word) + ":" + std::to_string(r));
         if (ORTH_NextBlockWord(session, block) != 0) return out;  // that was the last word
     }
-    out.push_back("<no end>");
-    return out;
+    return {"<no end>"};
 }
 
 TEST_F(CheckBlock, DoubledWordPunctuationAndCaseRules) {
-    knownWords({"the", "a"});
+    knownWords({"hello", "world", "the", "end", "a"});
     const std::string d = ":" + std::to_string(ORTH_CHK_DOUBLED_WORD);
-    struct Case {
+    const struct {
         const char *text;
         bool caseSensitive;
         std::vector<std::string> stops;
     } cases[] = {
-        {"the the", true, {"the" + d}},
-        {"the, the", true, {}},
-        {"the. The", true, {}},
-        {"the the the", true, {"the" + d}},
-        {"The the", true, {}},
-        {"The the", false, {"the" + d}},
-        {"1999 1999 a", true, {}},
-        {"", true, {}},
-        {" -- ... ", true, {}},
+        {"Hello world 1999 the the end.", true, {"the" + d}},
+        {"the, the", true, {}},  {"the. The", true, {}},  {"the the the", true, {"the" + d}},
+        {"The the", true, {}},   {"The the", false, {"the" + d}},
+        {"1999 1999 a", true, {}},  {"", true, {}},  {" -- ... ", true, {}},
+        {"the zork zork", true, {"zork:1", "zork:" + std::to_string(1 | ORTH_CHK_DOUBLED_WORD)}},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         ORTH_SetOption(session, ORTH_CASE_SENSITIVE_OPT, c.caseSensitive);
         int16_t b = open(c.text);
         EXPECT_EQ(stops(session, b, ORTH_REPORT_DOUBLED_WORDS_OPT), c.stops) << c.text;
@@ -217,65 +194,54 @@ TEST_F(CheckBlock, DoubledWordPunctuationAndCaseRules) {
 TEST_F(CheckBlock, ReportedWordRepeatsUntilSteppedPastDoubledOnlyOnce) {
     knownWords({"fine"});
     int16_t b = open("fine zork zork fine");
-    char word[64], repl[64];
     const uint32_t mask = ORTH_REPORT_DOUBLED_WORDS_OPT;
-    EXPECT_EQ(ORTH_CheckBlock(session, b, mask, word, 64, repl, 64), ORTH_CHK_MISSPELLED);
+    EXPECT_EQ(check(b, mask), ORTH_CHK_MISSPELLED);
     EXPECT_EQ(cursor(b), 5u);
-    EXPECT_EQ(ORTH_CheckBlock(session, b, mask, word, 64, repl, 64), ORTH_CHK_MISSPELLED);
+    EXPECT_EQ(check(b, mask), ORTH_CHK_MISSPELLED);
     ASSERT_EQ(ORTH_NextBlockWord(session, b), 0);
-    EXPECT_EQ(ORTH_CheckBlock(session, b, mask, word, 64, repl, 64),
-              ORTH_CHK_MISSPELLED | ORTH_CHK_DOUBLED_WORD);
-    EXPECT_EQ(ORTH_CheckBlock(session, b, mask, word, 64, repl, 64), ORTH_CHK_MISSPELLED);
+    EXPECT_EQ(check(b, mask), ORTH_CHK_MISSPELLED | ORTH_CHK_DOUBLED_WORD);
+    EXPECT_EQ(check(b, mask), ORTH_CHK_MISSPELLED);
     ASSERT_EQ(ORTH_NextBlockWord(session, b), 0);
-    EXPECT_EQ(ORTH_CheckBlock(session, b, mask, word, 64, repl, 64), ORTH_CHK_END_OF_BLOCK);
+    EXPECT_EQ(check(b, mask), ORTH_CHK_END_OF_BLOCK);
 }
 
 TEST_F(CheckBlock, OnlyTheFirstWordMustBeCapitalised) {
     knownWords({"the", "cat"});
     int16_t b = open("the cat");
-    char word[64], repl[64];
-    EXPECT_EQ(ORTH_CheckBlock(session, b, ORTH_REPORT_UNCAPPED_WORDS_OPT, word, 64, repl, 64),
-              ORTH_CHK_UNCAPITALIZED);
+    EXPECT_EQ(check(b, ORTH_REPORT_UNCAPPED_WORDS_OPT), ORTH_CHK_UNCAPITALIZED);
     EXPECT_STREQ(word, "the");
     EXPECT_STREQ(repl, "The");
     ASSERT_EQ(ORTH_NextBlockWord(session, b), 0);
-    EXPECT_EQ(ORTH_CheckBlock(session, b, ORTH_REPORT_UNCAPPED_WORDS_OPT, word, 64, repl, 64),
-              ORTH_CHK_END_OF_BLOCK);
+    EXPECT_EQ(check(b, ORTH_REPORT_UNCAPPED_WORDS_OPT), ORTH_CHK_END_OF_BLOCK);
 }
 
-TEST_F(CheckBlock, ReplaceThenCheckOnEditsTheCallersText) {
+TEST_F(CheckBlock, ReplaceAndDeleteThenCheckOnEditTheCallersText) {
     knownWords({"the", "cat"});
     int16_t b = open("teh cat", 0);
-    char word[64], repl[64];
-    EXPECT_EQ(ORTH_CheckBlock(session, b, 0, word, 64, repl, 64), ORTH_CHK_MISSPELLED);
+    EXPECT_EQ(check(b), ORTH_CHK_MISSPELLED);
     EXPECT_EQ(ORTH_ReplaceBlockWord(session, b, "these"), 0);
-    EXPECT_EQ(ORTH_CheckBlock(session, b, 0, word, 64, repl, 64), ORTH_CHK_MISSPELLED);
+    EXPECT_EQ(check(b), ORTH_CHK_MISSPELLED);
     EXPECT_STREQ(word, "these");
     EXPECT_EQ(ORTH_DelBlockWord(session, b), 0);
-    EXPECT_EQ(ORTH_CheckBlock(session, b, 0, word, 64, repl, 64), ORTH_CHK_END_OF_BLOCK);
+    EXPECT_EQ(check(b), ORTH_CHK_END_OF_BLOCK);
     EXPECT_STREQ(buffer.data(), "cat");  // borrowed: the zero moved along
     char out[8];
     EXPECT_EQ(ORTH_GetBlock(session, b, out, sizeof out), 3);
     uint32_t length = 0, size = 0, count = 0;
     EXPECT_EQ(ORTH_GetBlockInfo(session, b, &length, &size, nullptr, &count), 0);
-    EXPECT_EQ(length, 3u);
-    EXPECT_EQ(size, 23u);
-    EXPECT_EQ(count, 1u);
+    EXPECT_EQ(std::vector<uint32_t>({length, size, count}), std::vector<uint32_t>({3, 23, 1}));
 }
 
 TEST_F(CheckBlock, CallerBuffersAreNeverOverrun) {
     knownWords({"fine"});
     int16_t b = open("fine misspeltword");
-    char word[64];
     EXPECT_EQ(ORTH_CheckBlock(session, b, 0, word, 0, nullptr, 0), ORTH_BUFFER_TOO_SMALL_ERR);
-    std::vector<char> repl(4 + 8, 0x5A);
-    EXPECT_EQ(ORTH_CheckBlock(session, b, 0, word, 64, repl.data(), 4), ORTH_CHK_MISSPELLED);
-    EXPECT_STREQ(repl.data(), "mis");
-    for (size_t i = 4; i < repl.size(); ++i) EXPECT_EQ(repl[i], 0x5A);
-    std::vector<char> shortWord(5 + 8, 0x5A);
-    EXPECT_EQ(ORTH_CheckBlock(session, b, 0, shortWord.data(), 5, nullptr, 0), ORTH_CHK_MISSPELLED);
-    EXPECT_STREQ(shortWord.data(), "miss");
-    for (size_t i = 5; i < shortWord.size(); ++i) EXPECT_EQ(shortWord[i], 0x5A);
+    std::vector<char> w(5 + 8, 0x5A), r(4 + 8, 0x5A);
+    EXPECT_EQ(ORTH_CheckBlock(session, b, 0, w.data(), 5, r.data(), 4), ORTH_CHK_MISSPELLED);
+    EXPECT_STREQ(w.data(), "miss");  // the word is checked as far as the buffer holds it
+    EXPECT_STREQ(r.data(), "mis");
+    EXPECT_EQ(std::string(w.begin() + 5, w.end()) + std::string(r.begin() + 4, r.end()),
+              std::string(16, 0x5A));
 }
 
 }  // namespace
