@@ -75,6 +75,21 @@ TEST_F(CompressedLex, CaseFormsFollowTheCaseSensitiveRetries) {
     for (const auto &c : cases) EXPECT_EQ(ORTH_CheckWord(sid, 0, c.word, rep, 64), c.result) << c.word;
 }
 
+TEST_F(CompressedLex, IgnoringCaseFindsEveryCaseFormHeld) {
+    openCompressed({"NASA", "Paris", "abZoo", "abaa", "hello", "\xE0\xE1\xE2"});
+    ORTH_SetOption(sid, ORTH_CASE_SENSITIVE_OPT, 0);
+    char rep[64];
+    // ABAA: the segment's case-folding walk stops at abZoo, the exact abaa does not.
+    for (const char *word : {"PARIS", "paris", "nasa", "Nasa", "HELLO", "hELLO", "ABAA", "ABZOO"}) {
+        EXPECT_EQ(ORTH_CheckWord(sid, 0, word, rep, 64), 0) << word;
+    }
+    EXPECT_EQ(ORTH_CheckWord(sid, 0, "hellos", rep, 64), ORTH_CHK_MISSPELLED);
+    // Letters without a lower-case partner (set 7) are looked up as they are.
+    ORTH_SetOption(sid, ORTH_CHARSET_OPT, 7);
+    EXPECT_EQ(ORTH_CheckWord(sid, 0, "\xE0\xE1\xE2", rep, 64), 0);
+    EXPECT_EQ(ORTH_CheckWord(sid, 0, "ab\xE0", rep, 64), ORTH_CHK_MISSPELLED);
+}
+
 TEST_F(CompressedLex, ALexiconWhoseSegmentsCannotBeReadNeverAcceptsAWord) {
     LogCapture log;
     openCompressed({"tea", "the", "then"});
