@@ -12,7 +12,6 @@
 //     than 65535 words is saved with its first 65535, in image order.
 #include <cstdlib>
 #include <cstring>
-#include <string>
 
 #include "dict/dict_int.h"
 #include "orth.h"
@@ -81,19 +80,23 @@ int16_t saveUserList(DictHandle *handle, const char *path) {
     file[0] = static_cast<unsigned char>(words & 0xFF);
     file[1] = static_cast<unsigned char>(words >> 8);
 
-    std::string temp = std::string(path) + ".tmp";
-    int32_t fh = platCreate(temp.c_str());
+    char temp[kDictPathBufSize + 4];  // a built path and ".tmp"
+    size_t pathLen = std::strlen(path);
+    if (pathLen >= kDictPathBufSize) { std::free(file); return ORTH_FILE_OPEN_ERR; }
+    std::memcpy(temp, path, pathLen);
+    std::memcpy(temp + pathLen, ".tmp", 5);
+    int32_t fh = platCreate(temp);
     if (fh < 0) { std::free(file); return ORTH_FILE_OPEN_ERR; }
     bool written = platWrite(fh, file, fileLen) == static_cast<int32_t>(fileLen);
     platClose(fh);
     std::free(file);
-    if (written && platRename(temp.c_str(), path) != 0) {
+    if (written && platRename(temp, path) != 0) {
         // Some systems refuse to rename over an existing file.
         platRemove(path);
-        written = platRename(temp.c_str(), path) == 0;
+        written = platRename(temp, path) == 0;
     }
     if (!written) {
-        platRemove(temp.c_str());
+        platRemove(temp);
         return ORTH_FILE_WRITE_ERR;
     }
     return 0;
