@@ -111,6 +111,86 @@ int16_t checkSegTable(const CLexState *state, int32_t fileSize) {
     return 0;
 }
 
+void releaseSegData(CLexSeg *s) {
+    std::free(s->data);
+    s->data = nullptr;
+    std::free(s->restarts);
+    s->restarts = nullptr;
+    s->restartCount = 0;
+    std::free(s->blocks);
+    s->blocks = nullptr;
+    s->blockCount = 0;
+}
+
+// Walks the word boundaries of a segment's data, calling mark(offset) for
+// every word that opens without a sharing code. False when the data is not
+// well formed enough to index (a block or a word running past its end, a
+// block whose first word keeps characters).
+template <typename MarkBlock, typename Mark>
+bool walkRestarts(const uint8_t *data, uint32_t size, MarkBlock markBlock, Mark mark) {
+    uint32_t pos = 0;
+    while (pos < size) {
+        if (size - pos < kClexBlockHeaderSize) return false;
+        markBlock(pos, data[pos + 4]);
+        uint32_t bodyLen = readU32(data + pos);
+        uint32_t i = pos + kClexBlockHeaderSize;
+        if (bodyLen > size - i) return false;
+        uint32_t end = i + bodyLen;
+        bool firstWord = true;
+        while (i < end) {
+            if (data[i] == kCodePad) {
+                ++i;
+                continue;
+            }
+            uint8_t c = data[i];
+            bool keeps = c == kCodeKeepAll || c == kCodeKeepN || c == kCodeKeepButLast;
+            if (keeps && firstWord) return false;
+            if (!keeps) mark(i);
+            firstWord = false;
+            if (keeps) i += c == kCodeKeepN ? 2 : 1;
+            for (;;) {
+                if (i >= end) return false;
+                c = data[i++];
+                if (c >= kCodeLiteralFirst || c == kCodePad) continue;
+                if (c == kCodeKeepAll || c == kCodeKeepN || c == kCodeKeepButLast) return false;
+                if (c == kCodeSecondary && i++ >= end) return false;
+                break;  // the end code or a suffix ends the word
+            }
+        }
+        pos = end;
+    }
+    return true;
+}
+
+// Builds the block table and restart index of a freshly loaded segment, or
+// leaves none.
+void buildRestarts(CLexSeg *s) {
+    uint32_t count = 0, blockCount = 0;
+    if (!walkRestarts(s->data, s->length, [&](uint32_t, uint8_t) { ++blockCount; },
+                      [&](uint32_t) { ++count; }) ||
+        count == 0) {
+        return;
+    }
+    auto *index = static_cast<uint16_t *>(std::malloc(count * sizeof(uint16_t)));
+    auto *blocks = static_cast<CLexBlockRef *>(std::malloc(blockCount * sizeof(CLexBlockRef)));
+    if (index == nullptr || blocks == nullptr) {
+        std::free(index);
+        std::free(blocks);
+        return;
+    }
+    uint32_t n = 0, b = 0;
+    walkRestarts(
+        s->data, s->length,
+        [&](uint32_t at, uint8_t third) {
+            blocks[b++] = CLexBlockRef{static_cast<uint16_t>(at), static_cast<uint16_t>(n), third};
+        },
+        [&](uint32_t at) { index[n++] = static_cast<uint16_t>(at); });
+    s->restarts = index;
+    s->restartCount = static_cast<uint16_t>(count);
+    s->blocks = blocks;
+    s->blockCount = static_cast<uint16_t>(blockCount);
+}
+
 // The outcome of decoding one word of a block.
 enum DecodeStep { kWordDone, kBodyDone, kCorrupt };
 
@@ -206,6 +286,10 @@ int16_t CLex_Open(const char *path, uint32_t budget, CLexState *state) {
         s.offset = readU32(rec);
         s.length = readU32(rec + 4);
         s.data = nullptr;
+        s.restarts = nullptr;
+        s.restartCount = 0;
+        s.blocks = nullptr;
+        s.blockCount = 0;
         s.lastUse = 0;
         s.key[0] = rec[8];
         s.key[1] = rec[9];
@@ -230,7 +314,7 @@ int16_t CLex_Open(const char *path, uint32_t budget, CLexState *state) {
 
 void CLex_Close(CLexState *state) {
     if (state->segs != nullptr) {
-        for (uint16_t i = 0; i < state->segCount; ++i) std::free(state->segs[i].data);
+        for (uint16_t i = 0; i < state->segCount; ++i) releaseSegData(&state->segs[i]);
         std::free(state->segs);
     }
     state->segs = nullptr;
@@ -238,16 +322,18 @@ void CLex_Close(CLexState *state) {
 }
 
 int32_t findSegment(const CLexState *state, uint8_t k0, uint8_t k1) {
-    int32_t lo = 0, hi = static_cast<int32_t>(state->segCount) - 1;
-    while (lo <= hi) {
-        int32_t mid = (lo + hi) / 2;
-        const uint8_t *key = state->segs[mid].key;
-        int d = key[0] != k0 ? key[0] - k0 : key[1] - k1;
-        if (d == 0) return mid;
-        if (d < 0) lo = mid + 1;
-        else hi = mid - 1;
+    // Branch-free halving (the compiler turns the step into a conditional move).
+    uint32_t n = state->segCount;
+    if (n == 0) return -1;
+    const unsigned want = (unsigned{k0} << 8) | k1;
+    const CLexSeg *base = state->segs;
+    auto keyOf = [](const CLexSeg *s) { return (unsigned{s->key[0]} << 8) | s->key[1]; };
+    while (n > 1) {
+        uint32_t half = n / 2;
+        base = keyOf(base + half) <= want ? base + half : base;
+        n -= half;
     }
-    return -1;
+    return keyOf(base) == want ? static_cast<int32_t>(base - state->segs) : -1;
 }
 
 int16_t loadSeg(CLexState *state, uint16_t seg) {
@@ -269,8 +355,7 @@ int16_t loadSeg(CLexState *state, uint16_t seg) {
             if (c.data != nullptr && (victim < 0 || c.lastUse < state->segs[victim].lastUse)) victim = i;
         }
         if (victim < 0) break;  // nothing left to evict; the open check keeps length <= budget
-        std::free(state->segs[victim].data);
-        state->segs[victim].data = nullptr;
+        releaseSegData(&state->segs[victim]);
         state->freeBudget += state->segs[victim].length;
     }
     auto *buf = static_cast<uint8_t *>(std::malloc(s.length));
@@ -299,6 +384,7 @@ int16_t loadSeg(CLexState *state, uint16_t seg) {
     }
     fileClose(fh);
     s.data = buf;
+    buildRestarts(&s);
     s.lastUse = state->useCounter;
     if (state->budget != 0) state->freeBudget -= s.length;
     return 0;
@@ -320,6 +406,7 @@ DecodeStep decodeWord(const CLexState *state, const uint8_t *data, uint32_t *pos
     }
     uint32_t prev = *len;
     uint32_t p = 3;
+    bool first = true;  // keep codes may only open a word
     for (;;) {
         if (i >= end) {
             logCorrupt("decodeSeg: word runs past its block");
@@ -332,6 +419,7 @@ DecodeStep decodeWord(const CLexState *state, const uint8_t *data, uint32_t *pos
                 return kCorrupt;
             }
             buf[p++] = static_cast<char>(c);
+            first = false;
             continue;
         }
         const uint8_t *suffix = nullptr;
@@ -366,11 +454,12 @@ DecodeStep decodeWord(const CLexState *state, const uint8_t *data, uint32_t *pos
         }
         if (c == kCodeKeepAll || c == kCodeKeepN || c == kCodeKeepButLast) {
             // Kept characters must come from the previous word of the block.
-            if (p < 3 || p > prev) {
+            if (!first || p < 3 || p > prev) {
                 logCorrupt("decodeSeg: keeps %lu of a %lu-byte word", static_cast<unsigned long>(p),
                            static_cast<unsigned long>(prev));
                 return kCorrupt;
             }
+            first = false;
             continue;
         }
         if (suffix != nullptr) {
@@ -390,6 +479,163 @@ DecodeStep decodeWord(const CLexState *state, const uint8_t *data, uint32_t *pos
     return kWordDone;
 }
 
+// Exact lookup within one block without rebuilding words. Only lengths are
+// tracked, with m, the length of the prefix that the last word below the
+// target shares with it: a word that keeps more than m characters of its
+// predecessor is below the target too (it carries the predecessor's smaller
+// character at m), and a word that keeps at most m characters matches the
+// target up to there, so only its new characters need comparing. The same
+// length checks as decodeWord apply, so corrupt data is refused alike.
+// 1 found, 0 not (the first greater word ends the walk), or -6.
+int scanBlockExact(const CLexState *state, const uint8_t *data, uint32_t i, uint32_t end,
+                   const unsigned char *target) {
+    uint32_t prev = 0;  // previous word's length
+    uint32_t m = 3;     // key and third byte match by construction
+    while (i < end) {
+        if (data[i] == kCodePad) {
+            ++i;
+            continue;
+        }
+        uint32_t p = 3;
+        bool equal = true;  // the word matches the target on [0, p)
+        bool first = true;  // keep codes may only open a word
+        for (;;) {
+            if (i >= end) {
+                logCorrupt("decodeSeg: word runs past its block");
+                return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+            }
+            uint8_t c = data[i++];
+            if (c >= kCodeLiteralFirst) {
+                if (p >= static_cast<uint32_t>(kMaxWordLen)) {
+                    logCorrupt("decodeSeg: word over %d bytes", kMaxWordLen);
+                    return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+                }
+                if (equal) {
+                    if (c != target[p]) {
+                        if (target[p] == 0 || c > target[p]) return 0;  // first greater word
+                        equal = false;
+                        m = p;
+                    }
+                }
+                ++p;
+                first = false;
+                continue;
+            }
+            if (c == kCodePad) continue;
+            if (c == kCodeKeepAll || c == kCodeKeepN || c == kCodeKeepButLast) {
+                if (c == kCodeKeepAll) {
+                    p = prev;
+                } else if (c == kCodeKeepButLast) {
+                    p = prev - 1;
+                } else {
+                    if (i >= end) {
+                        logCorrupt("decodeSeg: keep count past its block");
+                        return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+                    }
+                    p += data[i++];
+                }
+                if (!first || p < 3 || p > prev) {
+                    logCorrupt("decodeSeg: keeps %lu of a %lu-byte word", static_cast<unsigned long>(p),
+                               static_cast<unsigned long>(prev));
+                    return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+                }
+                equal = p <= m;
+                first = false;
+                continue;
+            }
+            if (c != kCodeEnd) {
+                const uint8_t *suffix;
+                if (c == kCodeSecondary) {
+                    if (i >= end) {
+                        logCorrupt("decodeSeg: suffix index past its block");
+                        return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+                    }
+                    suffix = state->secondary[data[i++]];
+                } else {
+                    suffix = state->primary[c - kCodePrimaryFirst];
+                }
+                size_t n = suffixLength(suffix);
+                if (p + n > static_cast<size_t>(kMaxWordLen)) {
+                    logCorrupt("decodeSeg: word over %d bytes", kMaxWordLen);
+                    return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+                }
+                for (size_t k = 0; equal && k < n; ++k) {
+                    if (suffix[k] != target[p + k]) {
+                        if (target[p + k] == 0 || suffix[k] > target[p + k]) return 0;
+                        equal = false;
+                        m = static_cast<uint32_t>(p + k);
+                    }
+                }
+                p += static_cast<uint32_t>(n);
+            }
+            break;  // the end code or a suffix ends the word
+        }
+        if (equal) {
+            if (target[p] == 0) return 1;
+            m = p;  // a proper prefix of the target: below it
+        }
+        prev = p;
+    }
+    return 0;
+}
+
+constexpr int kRestartCorrupt = 0x7FFF;
+
+// Compares the target with the self-contained word coded at i, decoding only
+// as far as they agree: negative when the target is lower, 0 when equal,
+// positive when higher, kRestartCorrupt (after a log line) for bad data.
+int compareRestart(const CLexState *state, const uint8_t *data, uint32_t i, uint32_t end,
+                   const unsigned char *target) {
+    uint32_t p = 3;
+    for (;;) {
+        if (i >= end) break;
+        uint8_t c = data[i++];
+        if (c >= kCodeLiteralFirst) {
+            if (p >= static_cast<uint32_t>(kMaxWordLen)) break;
+            if (c != target[p]) return static_cast<int>(target[p]) - c;
+            ++p;
+            continue;
+        }
+        if (c == kCodePad) continue;
+        if (c == kCodeEnd) return target[p];
+        if (c < kCodeSecondary || (c == kCodeSecondary && i >= end)) break;
+        const uint8_t *suffix = c == kCodeSecondary ? state->secondary[data[i++]]
+                                                     : state->primary[c - kCodePrimaryFirst];
+        size_t n = suffixLength(suffix);
+        if (p + n > static_cast<size_t>(kMaxWordLen)) break;
+        for (size_t k = 0; k < n; ++k) {
+            if (suffix[k] != target[p + k]) return static_cast<int>(target[p + k]) - suffix[k];
+        }
+        return target[p + n];
+    }
+    logCorrupt("decodeSeg: damaged word at %lu", static_cast<unsigned long>(i));
+    return kRestartCorrupt;
+}
+
+// Exact lookup within one block through the restart index: a binary search
+// over the block's self-contained words for the last one not above the
+// target, then the length-only walk from there. Same results as walking
+// from the block's start. 1, 0 or -6.
+int findInBlock(const CLexState *state, const CLexSeg &s, uint16_t block, const unsigned char *target) {
+    const CLexBlockRef &ref = s.blocks[block];
+    uint32_t end = ref.offset + kClexBlockHeaderSize + readU32(s.data + ref.offset);
+    const uint16_t *first = s.restarts + ref.firstRestart;
+    const uint16_t *last = s.restarts + (block + 1 < s.blockCount ? s.blocks[block + 1].firstRestart
+                                                                 : s.restartCount);
+    const uint16_t *lo = first, *hi = last;  // answer in [first - 1, last)
+    while (lo < hi) {
+        const uint16_t *mid = lo + (hi - lo) / 2;
+        int d = compareRestart(state, s.data, *mid, end, target);
+        if (d == kRestartCorrupt) return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+        if (d == 0) return 1;
+        if (d < 0) hi = mid;
+        else lo = mid + 1;
+    }
+    if (lo == first) return 0;  // below the block's first word
+    // The next restart, when there is one, is known to be above the target.
+    return scanBlockExact(state, s.data, *(lo - 1), lo < last ? *lo : end, target);
+}
+
 }  // namespace
 
 int decodeSeg(CLexState *state, uint16_t seg, const char *word, bool sameThirdByte,
@@ -403,6 +649,15 @@ int decodeSeg(CLexState *state, uint16_t seg, const char *word, bool sameThirdBy
     buf[0] = static_cast<char>(s.key[0]);
     buf[1] = static_cast<char>(s.key[1]);
     uint32_t pos = 0;
+    if (visitor == nullptr && sameThirdByte && s.blocks != nullptr) {
+        // The block table was built from well-formed block headers.
+        for (uint16_t b = 0; b < s.blockCount; ++b) {
+            if (s.blocks[b].third < w[2]) continue;
+            if (s.blocks[b].third > w[2]) return 0;
+            return findInBlock(state, s, b, w);
+        }
+        return 0;
+    }
     while (pos < size) {
         if (size - pos < kClexBlockHeaderSize) {
             logCorrupt("decodeSeg: block header past end of segment %c%c", s.key[0], s.key[1]);
@@ -422,6 +677,7 @@ int decodeSeg(CLexState *state, uint16_t seg, const char *word, bool sameThirdBy
             if (third < w[2]) continue;
             if (third > w[2]) return 0;
         }
+        if (visitor == nullptr && sameThirdByte) return scanBlockExact(state, data, body, end, w);
         buf[2] = static_cast<char>(third);
         uint32_t len = 0;  // the previous word's length: none yet in this block
         uint32_t i = body;

@@ -8,6 +8,13 @@
 
 #include "engine/limits.h"
 
+// One block of a loaded segment, for the lookup accelerator below.
+struct CLexBlockRef {
+    uint16_t offset;        // of the block header within the segment's data
+    uint16_t firstRestart;  // index of the block's first entry in restarts
+    uint8_t third;          // the block's third byte
+};
+
 // One segment: all words of three or more bytes sharing the two-byte key.
 struct CLexSeg {
     uint32_t offset;      // file offset of the segment's data
@@ -15,6 +22,16 @@ struct CLexSeg {
     uint8_t *data;        // owned; null while unloaded
     uint32_t lastUse;     // use counter at the last access; 0 until first loaded
     uint8_t key[2];
+    // Lookup accelerator, built when the data loads and freed with it: the
+    // offsets of the words coded without a sharing code (each decodable on
+    // its own), ascending. Null when not built (short memory, odd data);
+    // lookups then walk blocks from their start. Not counted in the budget:
+    // at most two bytes per coded word.
+    uint16_t *restarts;
+    uint16_t restartCount;
+    // Built and freed with the restarts: the blocks in order.
+    CLexBlockRef *blocks;
+    uint16_t blockCount;
 };
 
 struct CLexState {

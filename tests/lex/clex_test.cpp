@@ -189,6 +189,7 @@ TEST_F(CompressedCorrupt, DamagedSegmentDataIsRefusedEitherWayOfLooking) {
         {"keep all in a block's first word", bytes({3, 0, 0, 0, 'c', 0, 1, 'x', 0}), "decodeSeg: keeps"},
         {"keep all but last first", bytes({3, 0, 0, 0, 'c', 0, 3, 'x', 0}), "decodeSeg: keeps"},
         {"keep more than there was", bytes({6, 0, 0, 0, 'c', 0, 'd', 0, 2, 5, 'x', 0}), "decodeSeg: keeps"},
+        {"keep code inside a word", bytes({6, 0, 0, 0, 'c', 0, 'd', 'e', 0, 'x', 1, 0}), "decodeSeg: keeps"},
         {"keep count cut off", bytes({2, 0, 0, 0, 'c', 0, 'd', 2}), "decodeSeg: keep count past"},
         {"suffix index cut off", bytes({2, 0, 0, 0, 'c', 0, 'd', 4}), "decodeSeg: suffix index past"},
         {"unterminated word", bytes({2, 0, 0, 0, 'c', 0, 'd', 'e'}), "decodeSeg: word runs past"},
