@@ -263,7 +263,7 @@ int16_t checkWord(Session *session, uint32_t mask, const char *word, char *repla
 
     // The option rules look at the normalised word, or at the whole word
     // when it is too long for the lexicons (invariant 4).
-    bool overLong = std::strlen(word) > static_cast<size_t>(kMaxWordLen);
+    bool overLong = strnlen(word, kWordBufSize) > static_cast<size_t>(kMaxWordLen);
     const char *view = overLong ? word : normal;
     auto *v = reinterpret_cast<const unsigned char *>(view);
     bool firstUpper = isUpper(charSet, v[0]);

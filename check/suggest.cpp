@@ -82,6 +82,12 @@ void addSplitCandidates(Session *session, const char *word, SuggestionList *list
         std::memcpy(first, word, k);
         first[k] = '\0';
         const char *second = word + k;
+        // A part that normalises to nothing (such as 's) is accepted by the
+        // checker but is no word to offer.
+        if (normalizeWord(first, session->charSet, session->options, scratch) == 0 ||
+            normalizeWord(second, session->charSet, session->options, scratch) == 0) {
+            continue;
+        }
         if (checkWord(session, ORTH_REPORT_SPELLING_OPT, first, scratch, kWordBufSize) &
             ORTH_CHK_MISSPELLED) {
             continue;

@@ -192,6 +192,7 @@ TEST_F(SuggestCall, SplitWordCandidatesJoinTwoKnownWords) {
     EXPECT_EQ(suggest("alot"), (std::vector<std::string>{"lot=90"}));
     ORTH_SetOption(sid, ORTH_SUGGEST_SPLIT_WORDS_OPT, 1);
     EXPECT_EQ(suggest("alot"), (std::vector<std::string>{"lot=90", "a lot=90"}));
+    EXPECT_EQ(suggest("'slot"), (std::vector<std::string>{"lot=44"}));   // no "'s lot"
 }
 
 TEST_F(SuggestCall, EachScorerRunsUnderItsOwnOption) {
