@@ -348,3 +348,41 @@ TEST_F(CompressedLookup, AgreesWithThePlainModelInEveryCaseForm) {
 }
 
 }  // namespace
+
+namespace {
+
+int visitAll(const char *, const char *decoded, void *context) {
+    *static_cast<size_t *>(context) += std::string(decoded).size();
+    return 1;
+}
+
+TEST_F(CompressedCorrupt, RandomDamageNeverReadsOutOfBounds) {
+    std::vector<std::string> words = {"ab", "abc", "abcde", "abcdef", "abcdg", "abd", "abdicate",
+                                      "bcd", "bcdef", "bcdeg", "bcx", "zzz", "zzzz"};
+    const std::string base = readFile(build("base.clx", words));
+    std::mt19937 rng(11);
+    for (int round = 0; round < 400; ++round) {
+        std::string b = base;
+        for (int k = 0; k < 3; ++k) {  // damage in the tables or the data
+            size_t at = kClexHeaderSize + rng() % (b.size() - kClexHeaderSize);
+            b[at] = static_cast<char>(rng() % 4 == 0 ? rng() % 8 : rng());
+        }
+        std::string path = put("r.clx", b);
+        if (CLex_Open(path.c_str(), round % 2 ? 0 : 64, state.get()) != 0) continue;
+        for (const std::string &w : words) {
+            for (bool exact : {true, false}) {
+                int16_t rc = CLex_Lookup(w.c_str(), 0, exact, state.get());
+                EXPECT_TRUE(rc == 0 || rc == ORTH_WORD_NOT_FOUND_ERR || rc == ORTH_UNKNOWN_LEXICON_TYPE_ERR) << rc;
+            }
+        }
+        for (uint16_t seg = 0; seg < state->segCount; ++seg) {
+            if (loadSeg(state.get(), seg) != 0) continue;
+            size_t total = 0;
+            int rc = decodeSeg(state.get(), seg, "", false, visitAll, &total);
+            EXPECT_TRUE(rc == 0 || rc == ORTH_UNKNOWN_LEXICON_TYPE_ERR);
+        }
+        CLex_Close(state.get());
+    }
+}
+
+}  // namespace
