@@ -1,186 +1,101 @@
-// Compressed-lexicon candidate search.
-// Groups: SegmentSelection (the four levels' rules on keys, sound codes by
-// language), LevelSearch (a hand-built lexicon: what each level offers, the
-// progressive widening, depths outside 0 to 3, failing segments).
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <cstring>
-#include <map>
+// Compressed lexicons in checking and suggesting.
+// Groups: SegmentSelection (the four levels' rules, sound codes by
+// language); Compressed (lexicons built by the compressor: case forms with
+// and without case sensitivity, what each depth offers, segments that
+// cannot be read, sound selection by language).
 #include <set>
-#include <string>
-#include <vector>
 
 #include "check/suggest_int.h"
-#include "lex/clex_int.h"
-#include "orth.h"
+#include "lex_fixture.h"
 
 namespace {
 
-uint8_t key(const char *k, int i) { return static_cast<uint8_t>(k[i]); }
-
-std::set<std::string> selected(int level, const char *word, const std::vector<std::string> &keys,
-                               uint16_t language = 1033) {
-    std::set<std::string> out;
-    for (const std::string &k : keys) {
-        const uint8_t kb[2] = {key(k.c_str(), 0), key(k.c_str(), 1)};
-        if (selectsSegment(level, kb, word, 0, language)) out.insert(k);
+TEST(SegmentSelection, LevelsAndSoundCodes) {
+    const Words keys = {"ab", "bo", "de", "eh", "et", "fo", "he", "ht", "ph", "po", "ta", "te", "th", "vo"};
+    using Keys = std::set<std::string>;
+    const struct { int level; const char *word; uint16_t language; Keys selected; } cases[] = {
+        {0, "hte", 1033, {"ht", "th", "he"}},  {0, "teh", 1033, {"te", "et", "th"}},
+        {0, "THE", 1033, {"th", "ht", "te"}},  {1, "teh", 1033, {"de", "et", "ta", "te", "th"}},
+        {1, "phone", 1033, {"bo", "fo", "ph", "po", "vo"}},   // p codes as b, the pair ph as f
+        {1, "phone", 1036, {"ph", "po"}},      {1, "oak", 1033, {"ab", "eh", "et"}},
+        {2, "teh", 1033, {"de", "et", "ta", "te", "th"}}, {2, "hte", 1033, {"he", "ht", "th"}},
+        {2, "phone", 1036, {"ph", "po"}},      {3, "q", 1033, Keys(keys.begin(), keys.end())},
+        {4, "teh", 1033, {}},
+    };
+    for (const auto &c : cases) {
+        Keys got;
+        for (const std::string &k : keys) {
+            const uint8_t kb[2] = {static_cast<uint8_t>(k[0]), static_cast<uint8_t>(k[1])};
+            if (selectsSegment(c.level, kb, c.word, 0, c.language)) got.insert(k);
+        }
+        EXPECT_EQ(got, c.selected) << c.word << " level " << c.level << " language " << c.language;
     }
-    return out;
-}
-
-const std::vector<std::string> kKeys = {"ab", "bo", "de", "eh", "et", "fo", "he", "ht", "ph",
-                                        "po", "ta", "te", "th", "vo", "xy"};
-
-TEST(SegmentSelection, LevelZeroTakesCloseKeysOnly) {
-    EXPECT_EQ(selected(0, "hte", kKeys), (std::set<std::string>{"ht", "th", "he"}));
-    EXPECT_EQ(selected(0, "teh", kKeys), (std::set<std::string>{"te", "et", "th"}));
-    EXPECT_EQ(selected(0, "THE", kKeys), (std::set<std::string>{"th", "ht", "te"}));
-}
-
-TEST(SegmentSelection, LevelOneAddsKeysThatSoundAlikeInEnglishOnly) {
-    // p codes as b, and the pair ph as f.
-    EXPECT_EQ(selected(1, "phone", kKeys), (std::set<std::string>{"bo", "fo", "ph", "po", "vo"}));
-    EXPECT_EQ(selected(1, "phone", kKeys, 1036), (std::set<std::string>{"ph", "po"}));
-    EXPECT_EQ(selected(1, "teh", kKeys), (std::set<std::string>{"de", "et", "ta", "te", "th"}));
-    // Vowels share one code, so a vowel start selects every vowel segment.
-    EXPECT_EQ(selected(1, "oak", kKeys), (std::set<std::string>{"ab", "eh", "et"}));
-}
-
-TEST(SegmentSelection, LevelTwoTakesTheFirstLetterAndLevelThreeEverything) {
-    EXPECT_EQ(selected(2, "teh", kKeys), (std::set<std::string>{"de", "et", "ta", "te", "th"}));
-    EXPECT_EQ(selected(2, "phone", kKeys, 1036), (std::set<std::string>{"ph", "po"}));
-    EXPECT_EQ(selected(2, "hte", kKeys), (std::set<std::string>{"he", "ht", "th"}));
-    EXPECT_EQ(selected(3, "q", kKeys).size(), kKeys.size());
-    EXPECT_TRUE(selected(4, "teh", kKeys).empty());
-}
-
-TEST(SegmentSelection, SoundCodes) {
-    EXPECT_EQ(letterCode('k', 1033), 'c');
     EXPECT_EQ(letterCode('k', 2057), 'c');
     EXPECT_EQ(letterCode('k', 1031), 0);
     EXPECT_EQ(pairCode('k', 'n', 1033), 'n');   // the pair's letter, not its code
-    EXPECT_EQ(pairCode('p', 'h', 1033), 'f');
-    EXPECT_EQ(pairCode('h', 'p', 1033), 0);
     EXPECT_EQ(pairCode('p', 'h', 1036), 0);
 }
 
-// A compressed lexicon built in memory: every segment is resident, its
-// words coded as plain literals (no sharing, no suffixes).
-class HandLexicon {
-public:
-    explicit HandLexicon(const std::vector<std::string> &words, uint16_t language = 1033) {
-        state_ = new CLexState{};
-        state_->language = language;
-        std::map<std::string, std::map<char, std::vector<std::string>>> segs;
-        for (const std::string &w : words) {
-            if (w.size() < 3) {
-                state_->smallWords[state_->smallCount][0] = static_cast<uint8_t>(w[0]);
-                state_->smallWords[state_->smallCount][1] = w.size() > 1 ? static_cast<uint8_t>(w[1]) : 0;
-                ++state_->smallCount;
-            } else {
-                segs[w.substr(0, 2)][w[2]].push_back(w);
-            }
-        }
-        state_->segCount = static_cast<uint16_t>(segs.size());
-        state_->segs = static_cast<CLexSeg *>(std::calloc(segs.size() + 1, sizeof(CLexSeg)));
-        uint16_t i = 0;
-        for (auto &[k, blocks] : segs) {
-            std::string data;
-            size_t b = 0;
-            for (auto &[third, list] : blocks) {
-                std::string body;
-                for (const std::string &w : list) body += w.substr(3) + std::string(1, '\0');
-                bool last = ++b == blocks.size();
-                while (!last && (6 + body.size()) % 4 != 0) body += '\x05';
-                uint32_t len = static_cast<uint32_t>(body.size());
-                for (int s = 0; s < 4; ++s) data += static_cast<char>((len >> (8 * s)) & 0xFF);
-                data += third;
-                data += '\0';
-                data += body;
-            }
-            CLexSeg &seg = state_->segs[i++];
-            seg.key[0] = static_cast<uint8_t>(k[0]);
-            seg.key[1] = static_cast<uint8_t>(k[1]);
-            seg.length = static_cast<uint32_t>(data.size());
-            seg.data = static_cast<uint8_t *>(std::malloc(data.size()));
-            std::memcpy(seg.data, data.data(), data.size());
-        }
-        std::strcpy(state_->path, "/nonexistent/orth-test.clx");
-    }
-    ~HandLexicon() {
-        CLex_Close(state_);
-        delete state_;
-    }
-    // Makes a segment fail to load: its data is dropped and the file is missing.
-    void unload(const char *k) {
-        int32_t seg = findSegment(state_, key(k, 0), key(k, 1));
-        ASSERT_GE(seg, 0);
-        std::free(state_->segs[seg].data);
-        state_->segs[seg].data = nullptr;
-    }
-    CLexState *state() { return state_; }
+using Compressed = LexFixture;
 
-private:
-    CLexState *state_;
-};
-
-std::vector<std::string> search(HandLexicon &lex, const char *word, int16_t depth,
-                                Scorer scorer = typographicalScore) {
-    std::vector<Suggestion> entries(25);
-    SuggestionList list{entries.data(), 0, 25};
-    searchCompressedLexicon(depth, word, 0, scorer, &list, lex.state());
-    std::vector<std::string> out;
-    for (uint16_t i = 0; i < list.count; ++i) out.push_back(list.entries[i].word);
-    return out;
+TEST_F(Compressed, CaseFormsWithAndWithoutCaseSensitivity) {
+    addCompressed({"NASA", "Paris", "abZoo", "abaa", "hello", "is", "\xE0\xE1\xE2"});
+    char rep[64];
+    const struct { const char *word; bool sensitiveAccepts; } cases[] = {
+        {"hello", true}, {"Hello", true}, {"HELLO", true}, {"hELLO", false}, {"IS", true}, {"iS", false},
+        {"PARIS", true}, {"paris", false}, {"nasa", false}, {"ABAA", true},
+    };
+    for (const auto &c : cases) EXPECT_EQ(ORTH_CheckWord(sid, 0, c.word, rep, 64), c.sensitiveAccepts ? 0 : 1) << c.word;
+    setOption(ORTH_CASE_SENSITIVE_OPT, 0);
+    // ABAA: the segment's case-folding walk stops at abZoo; the exact form abaa is tried first.
+    for (const auto &c : cases) EXPECT_EQ(ORTH_CheckWord(sid, 0, c.word, rep, 64), 0) << c.word;
+    EXPECT_EQ(ORTH_CheckWord(sid, 0, "hellos", rep, 64), ORTH_CHK_MISSPELLED);
+    setOption(ORTH_CHARSET_OPT, 7);   // letters without a lower-case partner are looked up as they are
+    EXPECT_EQ(ORTH_CheckWord(sid, 0, "\xE0\xE1\xE2", rep, 64), 0);
+    EXPECT_EQ(ORTH_CheckWord(sid, 0, "ab\xE0", rep, 64), ORTH_CHK_MISSPELLED);
 }
 
-TEST(LevelSearch, LevelZeroVisitsOnlyTheBlockOfTheThirdCharacter) {
-    HandLexicon lex({"hat", "hen", "het", "hex", "the", "then", "thy", "to"});
-    // Segment th, block e: the, then; segment he has no block e. The small
-    // word to is scored at every depth.
-    EXPECT_EQ(search(lex, "hte", 0), (std::vector<std::string>{"the", "to", "then"}));
-    EXPECT_EQ(search(lex, "teh", 0), (std::vector<std::string>{"to"}));
-    EXPECT_EQ(search(lex, "teh", 1), (std::vector<std::string>{"the", "thy", "to", "then"}));
+TEST_F(Compressed, LevelsDepthsAndSegmentsThatFail) {
+    addCompressed({"cab", "cot", "cut", "he", "the", "then", "thy", "to"});
+    auto offers = [&](const char *word, int16_t depth, const std::string &want) {
+        Words s = suggest(word, depth, false);
+        return std::find(s.begin(), s.end(), want) != s.end();
+    };
+    EXPECT_TRUE(offers("hte", 0, "the"));    // segment th, block e
+    EXPECT_FALSE(offers("teh", 0, "the"));   // th has no block h
+    EXPECT_TRUE(offers("teh", 1, "the") && offers("teh", -1, "the"));
+    EXPECT_FALSE(offers("teh", -1, "cab"));  // level 1 yielded: no wider level
+    EXPECT_EQ(suggest("teh", 4, false), (Words{"he", "to"}));   // small words only
+    EXPECT_FALSE(offers("bat", 1, "cab"));
+    EXPECT_TRUE(offers("bat", -1, "cab"));   // levels 1 and 2 yield nothing
+
+    // Reopened with nothing loaded, then cut where segment co begins: ca
+    // still loads, co and cu fail.
+    ORTH_CloseLex(sid, 0);
+    ASSERT_EQ(ORTH_OpenLex(sid, clxPath.c_str(), 0), 0);
+    std::string file = readFile(clxPath);
+    const size_t coRecord = 2806 + 2 * 2 + 10;
+    uint32_t coOffset = 0;
+    std::memcpy(&coOffset, file.data() + coRecord, 4);
+    writeFile(clxPath, file.substr(0, coOffset));
+    LogCapture log;
+    EXPECT_EQ(suggest("cat", -1, false), (Words{"cab", "he", "to"}));   // the level and search end
+    char rep[64];
+    EXPECT_EQ(ORTH_CheckWord(sid, 0, "cot", rep, 64), ORTH_CHK_MISSPELLED);
+    EXPECT_STREQ(rep, "cot");
+    EXPECT_TRUE(log.contains("checkWord: lex 0 failed (-6); word taken as not found there"));
+    addLex(ORTH_IGNORE_LEX_TYPE, {"cot"});
+    EXPECT_EQ(ORTH_CheckWord(sid, 0, "cot", rep, 64), 0);   // a later lexicon still decides
 }
 
-TEST(LevelSearch, ATwoCharacterWordGetsOnlySmallWordsAtLevelZero) {
-    HandLexicon lex({"an", "at", "ant", "tan"});
-    EXPECT_EQ(search(lex, "ta", 0), (std::vector<std::string>{"at", "an"}));
-}
-
-TEST(LevelSearch, ProgressiveModeStopsAtTheFirstLevelThatYields) {
-    HandLexicon lex({"bat", "cut"});
-    EXPECT_EQ(search(lex, "cat", -1), (std::vector<std::string>{"cut"}));
-    EXPECT_EQ(search(lex, "cat", 3), (std::vector<std::string>{"bat", "cut"}));
-    HandLexicon far({"bat"});
-    EXPECT_EQ(search(far, "cat", -1), (std::vector<std::string>{"bat"}));   // level 3
-}
-
-TEST(LevelSearch, DepthsOutsideTheLevelsSearchOnlySmallWords) {
-    HandLexicon lex({"ct", "cut"});
-    for (int16_t depth : {int16_t(4), int16_t(-2), int16_t(100)}) {
-        EXPECT_EQ(search(lex, "cat", depth), (std::vector<std::string>{"ct"})) << depth;
-    }
-}
-
-TEST(LevelSearch, PhoneticSelectionFindsWordsSpelledDifferentlyAtTheStart) {
-    HandLexicon english({"fone", "phony"});
-    EXPECT_EQ(search(english, "phone", 1, phoneticScore), (std::vector<std::string>{"phony", "fone"}));
-    HandLexicon french({"fone", "phony"}, 1036);
-    EXPECT_EQ(search(french, "phone", 1, phoneticScore), (std::vector<std::string>{"phony"}));
-}
-
-TEST(LevelSearch, ASegmentThatFailsEndsTheLevelAndKeepsEarlierCandidates) {
-    HandLexicon lex({"cab", "cot", "cut", "kat"});
-    lex.unload("co");
-    std::vector<Suggestion> entries(25);
-    SuggestionList list{entries.data(), 0, 25};
-    EXPECT_EQ(searchLevel(lex.state(), "cat", 0, typographicalScore, &list, 1), ORTH_FILE_OPEN_ERR);
-    ASSERT_EQ(list.count, 1);
-    EXPECT_STREQ(list.entries[0].word, "cab");
-    // Progressive mode stops there too: level 3 would have offered kat.
-    EXPECT_EQ(search(lex, "cat", -1), (std::vector<std::string>{"cab"}));
+TEST_F(Compressed, SoundSelectionInEnglishOnly) {
+    addCompressed({"fone", "phony"});
+    setOption(ORTH_SUGGEST_PHONETIC_OPT, 1);
+    setOption(ORTH_SUGGEST_TYPOGRAPHICAL_OPT, 0);
+    EXPECT_EQ(suggest("phone", -1, false), (Words{"phony", "fone"}));
+    addCompressed({"fone", "phony"}, 1036);   // French: level 1 selects by letters only
+    ORTH_CloseLex(sid, 0);
+    EXPECT_EQ(suggest("phone", 1, false), (Words{"phony"}));
 }
 
 }  // namespace
