@@ -252,9 +252,12 @@ int16_t lookupAllLexicons(Session *session, uint32_t sessionOptions, const char 
 int16_t checkWord(Session *session, uint32_t mask, const char *word, char *replacement,
                   uint16_t replacementSize) {
     int charSet = session->charSet;
-    bool mixed = hasMixedCase(session, word);
+    // Only the two mixed-case rules look at mixed case.
+    bool mixed = (mask & (ORTH_IGNORE_MIXED_CASE_OPT | ORTH_REPORT_MIXED_CASE_OPT)) != 0 &&
+                 hasMixedCase(session, word);
     char normal[kWordBufSize];
-    if (normalizeWord(word, charSet, session->options, normal) == 0) return 0;
+    uint16_t length = normalizeWord(word, charSet, session->options, normal);
+    if (length == 0) return 0;
 
     CheckCall call{};
     call.session = session;
@@ -263,7 +266,8 @@ int16_t checkWord(Session *session, uint32_t mask, const char *word, char *repla
 
     // The option rules look at the normalised word, or at the whole word
     // when it is too long for the lexicons (invariant 4).
-    bool overLong = strnlen(word, kWordBufSize) > static_cast<size_t>(kMaxWordLen);
+    // (A possessive cut from a 63-character copy leaves 61.)
+    bool overLong = length >= kMaxWordLen - 2 && strnlen(word, kWordBufSize) > static_cast<size_t>(kMaxWordLen);
     const char *view = overLong ? word : normal;
     auto *v = reinterpret_cast<const unsigned char *>(view);
     bool firstUpper = isUpper(charSet, v[0]);
