@@ -75,30 +75,6 @@ int16_t lookupOnce(Session *session, bool caseSensitive, const char *word,
     return 1;
 }
 
-// A compressed lexicon asked to ignore case. Its case-folding lookup walks
-// whole segments under up to four keys, so the usual forms (as typed, all
-// lower case, capitalised) are first tried exactly, each a binary search and
-// one block. 0 when a form is held, ORTH_WORD_NOT_FOUND_ERR, or a failure.
-int16_t lookupAnyCase(const char *word, int16_t charSet, CLexState *clex) {
-    int16_t rc = CLex_Lookup(word, charSet, true, clex);
-    if (rc != ORTH_WORD_NOT_FOUND_ERR) return rc;
-    char lower[kWordBufSize], capital[kWordBufSize];
-    size_t n = 0;
-    for (; word[n] != '\0' && n < static_cast<size_t>(kMaxWordLen); ++n) {
-        lower[n] = static_cast<char>(toLowerChar(charSet, static_cast<unsigned char>(word[n])));
-        if (lower[n] == '\0') return CLex_Lookup(word, charSet, false, clex);  // no case partner
-    }
-    lower[n] = '\0';
-    std::memcpy(capital, lower, n + 1);
-    capital[0] = static_cast<char>(toUpperChar(charSet, static_cast<unsigned char>(capital[0])));
-    for (const char *form : {static_cast<const char *>(lower), static_cast<const char *>(capital)}) {
-        if (std::strcmp(form, word) == 0) continue;
-        rc = CLex_Lookup(form, charSet, true, clex);
-        if (rc != ORTH_WORD_NOT_FOUND_ERR) return rc;
-    }
-    return CLex_Lookup(word, charSet, false, clex);
-}
-
 bool allLettersUpper(int charSet, const char *word) {
     for (auto *p = reinterpret_cast<const unsigned char *>(word); *p != 0; ++p) {
         if (isLetter(charSet, *p) && !isUpper(charSet, *p)) return false;
@@ -209,7 +185,7 @@ int16_t check1Lex(Session *session, const LexEntry *lex, bool caseSensitive, con
     int16_t charSet = session->charSet;
     if (lex->format == ORTH_COMPRESSED_LEX_FORMAT) {
         auto *clex = const_cast<CLexState *>(&lex->clex);
-        return caseSensitive ? CLex_Lookup(word, charSet, true, clex) : lookupAnyCase(word, charSet, clex);
+        return CLex_Lookup(word, charSet, caseSensitive, clex);
     }
     if (lex->format != ORTH_TEXT_LEX_FORMAT) return -1;
     int16_t rc = TLex_Lookup(const_cast<TLexState *>(&lex->tlex), word, charSet, caseSensitive,

@@ -638,17 +638,89 @@ int findInBlock(const CLexState *state, const CLexSeg &s, uint16_t block, const 
 
 }  // namespace
 
+namespace {
+
+// Result of visiting one block: a match, a stop without one, corrupt data,
+// or the block's end with the walk to go on.
+constexpr int kBlockDone = 2;
+
+// Decodes the words of one block (body to end) into buf and hands each to
+// the visitor, or compares it with word when there is none. 1, 0, -6 or
+// kBlockDone.
+int visitBlock(const CLexState *state, const uint8_t *data, uint32_t body, uint32_t end,
+               uint8_t third, char buf[kWordBufSize], const char *word, DecodeVisitor visitor,
+               void *context) {
+    buf[2] = static_cast<char>(third);
+    uint32_t len = 0;  // the previous word's length: none yet in this block
+    uint32_t i = body;
+    for (;;) {
+        DecodeStep step = decodeWord(state, data, &i, end, buf, &len);
+        if (step == kCorrupt) return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+        if (step == kBodyDone) return kBlockDone;
+        int d = visitor != nullptr ? visitor(word, buf, context) : compareBytes(word, buf);
+        if (d == 0) return 1;
+        if (d < 0) return 0;
+    }
+}
+
+// Reads the block header at pos: its body's bounds and third byte. False
+// (logged) when the header or body runs past the segment.
+bool readBlockHeader(const CLexSeg &s, uint32_t pos, uint32_t *body, uint32_t *end, uint8_t *third) {
+    if (s.length - pos < kClexBlockHeaderSize) {
+        logCorrupt("decodeSeg: block header past end of segment %c%c", s.key[0], s.key[1]);
+        return false;
+    }
+    uint32_t bodyLen = readU32(s.data + pos);
+    *third = s.data[pos + 4];
+    *body = pos + kClexBlockHeaderSize;
+    if (bodyLen > s.length - *body) {
+        logCorrupt("decodeSeg: block of %lu bytes past end of segment %c%c",
+                   static_cast<unsigned long>(bodyLen), s.key[0], s.key[1]);
+        return false;
+    }
+    *end = *body + bodyLen;
+    return true;
+}
+
+// The case-insensitive walk of one loaded segment, with the outcome of
+// decoding every block under the folding comparison but decoding far less.
+// All words of a segment share its key, so when the key folds unlike the
+// word's first two characters every comparison is decided there: the walk
+// either stops at the first word or passes them all, unmatched. Otherwise a
+// block whose third byte folds below the word's holds only lower-folding
+// words and is skipped; any other block is decoded, and one whose third
+// byte folds above ends the walk at its first word. 1, 0 or -6.
+int walkFolded(CLexState *state, uint16_t seg, const char *word, int16_t charSet) {
+    const CLexSeg &s = state->segs[seg];
+    const auto *w = reinterpret_cast<const unsigned char *>(word);
+    if (toLowerChar(charSet, s.key[0]) != toLowerChar(charSet, w[0]) ||
+        toLowerChar(charSet, s.key[1]) != toLowerChar(charSet, w[1])) {
+        return 0;
+    }
+    const unsigned char foldedThird = toLowerChar(charSet, w[2]);
+    FoldContext fold{charSet};
+    char buf[kWordBufSize];
+    buf[0] = static_cast<char>(s.key[0]);
+    buf[1] = static_cast<char>(s.key[1]);
+    for (uint32_t pos = 0; pos < s.length;) {
+        uint32_t body, end;
+        uint8_t third;
+        if (!readBlockHeader(s, pos, &body, &end, &third)) return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
+        pos = end;
+        if (toLowerChar(charSet, third) < foldedThird) continue;
+        int rc = visitBlock(state, s.data, body, end, third, buf, word, visitFolded, &fold);
+        if (rc != kBlockDone) return rc;
+    }
+    return 0;
+}
+
+}  // namespace
+
 int decodeSeg(CLexState *state, uint16_t seg, const char *word, bool sameThirdByte,
               DecodeVisitor visitor, void *context) {
     if (state->segs == nullptr || seg >= state->segCount || state->segs[seg].data == nullptr) return 0;
     const CLexSeg &s = state->segs[seg];
-    const uint8_t *data = s.data;
-    const uint32_t size = s.length;
     const auto *w = reinterpret_cast<const unsigned char *>(word);
-    char buf[kWordBufSize];
-    buf[0] = static_cast<char>(s.key[0]);
-    buf[1] = static_cast<char>(s.key[1]);
-    uint32_t pos = 0;
     if (visitor == nullptr && sameThirdByte && s.blocks != nullptr) {
         // The block table was built from well-formed block headers.
         for (uint16_t b = 0; b < s.blockCount; ++b) {
@@ -658,37 +730,21 @@ int decodeSeg(CLexState *state, uint16_t seg, const char *word, bool sameThirdBy
         }
         return 0;
     }
-    while (pos < size) {
-        if (size - pos < kClexBlockHeaderSize) {
-            logCorrupt("decodeSeg: block header past end of segment %c%c", s.key[0], s.key[1]);
-            return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
-        }
-        uint32_t bodyLen = readU32(data + pos);
-        uint8_t third = data[pos + 4];
-        uint32_t body = pos + kClexBlockHeaderSize;
-        if (bodyLen > size - body) {
-            logCorrupt("decodeSeg: block of %lu bytes past end of segment %c%c",
-                       static_cast<unsigned long>(bodyLen), s.key[0], s.key[1]);
-            return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
-        }
-        uint32_t end = body + bodyLen;
+    char buf[kWordBufSize];
+    buf[0] = static_cast<char>(s.key[0]);
+    buf[1] = static_cast<char>(s.key[1]);
+    for (uint32_t pos = 0; pos < s.length;) {
+        uint32_t body, end;
+        uint8_t third;
+        if (!readBlockHeader(s, pos, &body, &end, &third)) return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
         pos = end;
         if (sameThirdByte) {
             if (third < w[2]) continue;
             if (third > w[2]) return 0;
+            if (visitor == nullptr) return scanBlockExact(state, s.data, body, end, w);
         }
-        if (visitor == nullptr && sameThirdByte) return scanBlockExact(state, data, body, end, w);
-        buf[2] = static_cast<char>(third);
-        uint32_t len = 0;  // the previous word's length: none yet in this block
-        uint32_t i = body;
-        for (;;) {
-            DecodeStep step = decodeWord(state, data, &i, end, buf, &len);
-            if (step == kCorrupt) return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
-            if (step == kBodyDone) break;
-            int d = visitor != nullptr ? visitor(word, buf, context) : compareBytes(word, buf);
-            if (d == 0) return 1;
-            if (d < 0) return 0;
-        }
+        int rc = visitBlock(state, s.data, body, end, third, buf, word, visitor, context);
+        if (rc != kBlockDone) return rc;
         if (sameThirdByte) return 0;
     }
     return 0;
@@ -732,13 +788,12 @@ int16_t CLex_Lookup(const char *word, int16_t charSet, bool caseSensitive, CLexS
     }
     unsigned char keys[4][2];
     caseKeys(c1, c2, charSet, keys);
-    FoldContext fold{charSet};
     for (const auto &key : keys) {
         int32_t seg = findSegment(state, key[0], key[1]);
         if (seg < 0) continue;
         int16_t rc = loadSeg(state, static_cast<uint16_t>(seg));
         if (rc < 0) return rc;
-        int found = decodeSeg(state, static_cast<uint16_t>(seg), word, false, visitFolded, &fold);
+        int found = walkFolded(state, static_cast<uint16_t>(seg), word, charSet);
         if (found < 0) return static_cast<int16_t>(found);
         if (found == 1) return 0;
     }
