@@ -31,13 +31,20 @@ void closeBlockSlot(Session *session, int16_t blockId) {
     engineLog("ORTH_CloseBlock: block %hd closed", blockId);
 }
 
-// The open block of the session, or null after logging "<fn>: bad block id %hd".
-TextBlock *blockFor(Session *session, int16_t blockId, const char *function) {
-    if (blockId < 0 || blockId >= kMaxBlocksPerSession || session->blocks[blockId] == nullptr) {
+// Validates both ids for the named call: 0 with the session and the block
+// (session may be null when the caller needs only the block), or
+// ORTH_BAD_SESSION_ID_ERR / ORTH_BAD_BLOCK_ID_ERR after the call's log line.
+int16_t findBlock(int16_t sessionId, int16_t blockId, const char *function, Session **session,
+                  TextBlock **block) {
+    Session *s = sessionFor(sessionId, function);
+    if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
+    if (blockId < 0 || blockId >= kMaxBlocksPerSession || s->blocks[blockId] == nullptr) {
         engineLog("%s: bad block id %hd", function, blockId);
-        return nullptr;
+        return ORTH_BAD_BLOCK_ID_ERR;
     }
-    return session->blocks[blockId];
+    if (session != nullptr) *session = s;
+    *block = s->blocks[blockId];
+    return 0;
 }
 
 bool isAllDigits(const char *word, int charSet) {
@@ -100,9 +107,10 @@ extern "C" int16_t ORTH_OpenBlock(int16_t sessionId, char *text, uint32_t length
 
 // 0, or ORTH_BAD_SESSION_ID_ERR / ORTH_BAD_BLOCK_ID_ERR (logged).
 extern "C" int16_t ORTH_CloseBlock(int16_t sessionId, int16_t blockId) noexcept {
-    Session *s = sessionFor(sessionId, "ORTH_CloseBlock");
-    if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
-    if (blockFor(s, blockId, "ORTH_CloseBlock") == nullptr) return ORTH_BAD_BLOCK_ID_ERR;
+    Session *s;
+    TextBlock *block;
+    int16_t rc = findBlock(sessionId, blockId, "ORTH_CloseBlock", &s, &block);
+    if (rc < 0) return rc;
     closeBlockSlot(s, blockId);
     return 0;
 }
@@ -114,10 +122,10 @@ extern "C" int16_t ORTH_CloseBlock(int16_t sessionId, int16_t blockId) noexcept 
 extern "C" int16_t ORTH_CheckBlock(int16_t sessionId, int16_t blockId, uint32_t mask, char *word,
                                    uint16_t wordSize, char *replacement,
                                    uint16_t replacementSize) noexcept {
-    Session *s = sessionFor(sessionId, "ORTH_CheckBlock");
-    if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
-    TextBlock *block = blockFor(s, blockId, "ORTH_CheckBlock");
-    if (block == nullptr) return ORTH_BAD_BLOCK_ID_ERR;
+    Session *s;
+    TextBlock *block;
+    int16_t found = findBlock(sessionId, blockId, "ORTH_CheckBlock", &s, &block);
+    if (found < 0) return found;
     uint32_t checkMask = mask | s->options;
     for (;;) {
         int16_t rc = BlockGetWord(block, word, wordSize);
@@ -144,63 +152,49 @@ extern "C" int16_t ORTH_CheckBlock(int16_t sessionId, int16_t blockId, uint32_t 
 // ORTH_BAD_BLOCK_ID_ERR, each logged with the call's name) and otherwise
 // return the block operation's result unchanged (see block/block.h).
 extern "C" int16_t ORTH_NextBlockWord(int16_t sessionId, int16_t blockId) noexcept {
-    Session *s = sessionFor(sessionId, "ORTH_NextBlockWord");
-    if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
-    TextBlock *block = blockFor(s, blockId, "ORTH_NextBlockWord");
-    if (block == nullptr) return ORTH_BAD_BLOCK_ID_ERR;
-    return BlockNextWord(block);
+    TextBlock *block;
+    int16_t rc = findBlock(sessionId, blockId, "ORTH_NextBlockWord", nullptr, &block);
+    return rc < 0 ? rc : BlockNextWord(block);
 }
 
 extern "C" int16_t ORTH_GetBlockWord(int16_t sessionId, int16_t blockId, char *buffer,
                                      uint16_t size) noexcept {
-    Session *s = sessionFor(sessionId, "ORTH_GetBlockWord");
-    if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
-    TextBlock *block = blockFor(s, blockId, "ORTH_GetBlockWord");
-    if (block == nullptr) return ORTH_BAD_BLOCK_ID_ERR;
-    return BlockGetWord(block, buffer, size);
+    TextBlock *block;
+    int16_t rc = findBlock(sessionId, blockId, "ORTH_GetBlockWord", nullptr, &block);
+    return rc < 0 ? rc : BlockGetWord(block, buffer, size);
 }
 
 extern "C" int16_t ORTH_ReplaceBlockWord(int16_t sessionId, int16_t blockId,
                                          const char *newWord) noexcept {
-    Session *s = sessionFor(sessionId, "ORTH_ReplaceBlockWord");
-    if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
-    TextBlock *block = blockFor(s, blockId, "ORTH_ReplaceBlockWord");
-    if (block == nullptr) return ORTH_BAD_BLOCK_ID_ERR;
-    return BlockReplaceWord(block, newWord);
+    TextBlock *block;
+    int16_t rc = findBlock(sessionId, blockId, "ORTH_ReplaceBlockWord", nullptr, &block);
+    return rc < 0 ? rc : BlockReplaceWord(block, newWord);
 }
 
 extern "C" int16_t ORTH_DelBlockWord(int16_t sessionId, int16_t blockId) noexcept {
-    Session *s = sessionFor(sessionId, "ORTH_DelBlockWord");
-    if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
-    TextBlock *block = blockFor(s, blockId, "ORTH_DelBlockWord");
-    if (block == nullptr) return ORTH_BAD_BLOCK_ID_ERR;
-    return BlockDeleteWord(block);
+    TextBlock *block;
+    int16_t rc = findBlock(sessionId, blockId, "ORTH_DelBlockWord", nullptr, &block);
+    return rc < 0 ? rc : BlockDeleteWord(block);
 }
 
 extern "C" int32_t ORTH_GetBlock(int16_t sessionId, int16_t blockId, char *buffer,
                                  uint32_t size) noexcept {
-    Session *s = sessionFor(sessionId, "ORTH_GetBlock");
-    if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
-    TextBlock *block = blockFor(s, blockId, "ORTH_GetBlock");
-    if (block == nullptr) return ORTH_BAD_BLOCK_ID_ERR;
-    return BlockGetText(block, buffer, size);
+    TextBlock *block;
+    int16_t rc = findBlock(sessionId, blockId, "ORTH_GetBlock", nullptr, &block);
+    return rc < 0 ? rc : BlockGetText(block, buffer, size);
 }
 
 extern "C" int16_t ORTH_GetBlockInfo(int16_t sessionId, int16_t blockId, uint32_t *length,
                                      uint32_t *size, uint32_t *cursor,
                                      uint32_t *wordCount) noexcept {
-    Session *s = sessionFor(sessionId, "ORTH_GetBlockInfo");
-    if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
-    TextBlock *block = blockFor(s, blockId, "ORTH_GetBlockInfo");
-    if (block == nullptr) return ORTH_BAD_BLOCK_ID_ERR;
-    return BlockGetInfo(block, length, size, cursor, wordCount);
+    TextBlock *block;
+    int16_t rc = findBlock(sessionId, blockId, "ORTH_GetBlockInfo", nullptr, &block);
+    return rc < 0 ? rc : BlockGetInfo(block, length, size, cursor, wordCount);
 }
 
 extern "C" int16_t ORTH_SetBlockCursor(int16_t sessionId, int16_t blockId,
                                        uint32_t cursor) noexcept {
-    Session *s = sessionFor(sessionId, "ORTH_SetBlockCursor");
-    if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
-    TextBlock *block = blockFor(s, blockId, "ORTH_SetBlockCursor");
-    if (block == nullptr) return ORTH_BAD_BLOCK_ID_ERR;
-    return BlockSetCursor(block, cursor);
+    TextBlock *block;
+    int16_t rc = findBlock(sessionId, blockId, "ORTH_SetBlockCursor", nullptr, &block);
+    return rc < 0 ? rc : BlockSetCursor(block, cursor);
 }
