@@ -2,113 +2,73 @@
 // Groups: CompressedFile (file layout and word coding, byte for byte),
 // CompressorInput (word-file and suffix-file rules, line numbers, log lines),
 // CompressorRun (the ORTH_ calls, state across Init/File/End/Abort, temporary
-// file), CompressorFaults (failing creates and writes in the end step).
+// file), CompressorFaults (failing creates and writes).
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
 #include <vector>
 
-#include "orth.h"
+#include "lex_slow/clex_model.h"
 #include "platform/platform.h"
-#include "support/test_util.h"
 
 namespace {
 
+using clexmodel::le;
+using clexmodel::logged;
+using Lines = std::vector<std::string>;
 constexpr size_t kHeader = 2806;
 
-std::string crlf(const std::vector<std::string> &lines) {
-    std::string out;
-    for (const std::string &l : lines) out += l + "\r\n";
-    return out;
-}
-
-bool logged(const LogCapture &log, const std::string &message) {
-    for (const std::string &line : log.lines()) {
-        if (line == message || line.rfind(message + " [", 0) == 0) return true;
-    }
-    return false;
-}
-
-uint32_t u32(const std::string &b, size_t at) {
-    return static_cast<uint8_t>(b[at]) | static_cast<uint8_t>(b[at + 1]) << 8 |
-           static_cast<uint8_t>(b[at + 2]) << 16 | static_cast<uint32_t>(static_cast<uint8_t>(b[at + 3])) << 24;
-}
-uint16_t u16(const std::string &b, size_t at) {
-    return static_cast<uint16_t>(static_cast<uint8_t>(b[at]) | static_cast<uint8_t>(b[at + 1]) << 8);
-}
+std::string bytes(std::initializer_list<int> v) { return std::string(v.begin(), v.end()); }
 
 class Compressor : public ::testing::Test {
 protected:
     void SetUp() override {
         closeAllSessions();
-        platClearFaults();
         sid = ORTH_OpenSession();
-        ASSERT_GE(sid, 0);
     }
     void TearDown() override {
         platClearFaults();
         closeAllSessions();
     }
-    // Compresses word files (and a suffix file) into out; the first failing
-    // call's code, or End's.
-    int16_t compress(const std::string &out, const std::vector<std::vector<std::string>> &files,
-                     const std::vector<std::string> *suffixes = nullptr, uint32_t *line = nullptr) {
-        uint32_t n = 0;
-        std::string sfx;
-        if (suffixes != nullptr) {
-            sfx = dir.file("suffixes.txt");
-            writeFile(sfx, crlf(*suffixes));
-        }
-        int16_t rc = ORTH_CompressLexInit(sid, out.c_str(), suffixes ? sfx.c_str() : nullptr, 1033, 0, &n);
-        if (rc < 0) return rc;
-        for (size_t i = 0; i < files.size(); ++i) {
-            std::string wf = dir.file("words" + std::to_string(i) + ".txt");
-            writeFile(wf, crlf(files[i]));
-            rc = ORTH_CompressLexFile(sid, wf.c_str(), &n);
-            if (line != nullptr) *line = n;
-            if (rc < 0) {
-                ORTH_CompressLexAbort(sid);
-                return rc;
-            }
-        }
-        return ORTH_CompressLexEnd(sid);
+    std::string put(const std::string &name, const Lines &lines) {
+        writeFile(dir.file(name), clexmodel::crlf(lines));
+        return dir.file(name);
+    }
+    // Word lists (and suffix lines, if any) compressed into dir/name.
+    int16_t compress(const std::string &name, const std::vector<Lines> &lists, const Lines &suffixes = {},
+                     uint32_t *line = nullptr) {
+        Lines files;
+        for (const Lines &l : lists) files.push_back(put("words" + std::to_string(files.size()) + ".txt", l));
+        std::string sfx = put("suffixes.txt", suffixes);
+        return clexmodel::compress(sid, dir.file(name), files, suffixes.empty() ? nullptr : sfx.c_str(), 1033, line);
     }
     // The segment data of a file holding one segment.
-    std::string onlySegment(const std::string &file) {
-        std::string b = readFile(file);
-        uint16_t s = u16(b, 260);
-        EXPECT_EQ(u16(b, 262), 1);
-        size_t rec = kHeader + 2 * s;
-        return b.substr(u32(b, rec), u32(b, rec + 4));
+    std::string onlySegment(const std::string &name) {
+        std::string b = readFile(dir.file(name));
+        EXPECT_EQ(le<uint16_t>(b, 262), 1);
+        size_t rec = kHeader + 2 * le<uint16_t>(b, 260);
+        return b.substr(le<uint32_t>(b, rec), le<uint32_t>(b, rec + 4));
     }
+    bool tempExists() { return fileExists(dir.file("LEXSQXXX.TMP")); }
     TempDir dir;
     int16_t sid = -1;
+    uint32_t line = 0;
 };
 
 using CompressedFile = Compressor;
 
 TEST_F(CompressedFile, ThreeWordExampleIsExactToTheByte) {
-    std::string out = dir.file("x.clx");
-    ASSERT_EQ(compress(out, {{"ab", "abc", "abd"}}), 0);
-    std::string b = readFile(out);
-    ASSERT_EQ(b.size(), 2833u);
-    EXPECT_EQ(u32(b, 256), 0x57000402u);
-    EXPECT_EQ(u16(b, 260), 1);
-    EXPECT_EQ(u16(b, 262), 1);
-    EXPECT_EQ(u16(b, 264), 1033);
-    EXPECT_EQ(u16(b, 266), 0);
-    EXPECT_EQ(b.substr(268, 2538), std::string(2538, '\0'));  // no suffixes loaded
-    const unsigned char tail[] = {0x61, 0x62, 0x02, 0x0B, 0, 0, 0x0F, 0, 0, 0, 0x61, 0x62,
-                                  2,    0,    0,    0,    0x63, 0, 0, 5, 1, 0, 0, 0, 0x64, 0, 0};
-    EXPECT_EQ(b.substr(kHeader), std::string(reinterpret_cast<const char *>(tail), sizeof tail));
+    ASSERT_EQ(compress("x.clx", {{"ab", "abc", "abd"}}), 0);
+    // Version, 1 small word, 1 segment, language 1033, char set 0, no suffixes;
+    // small word ab, record {offset 2833 - 15, length 15, key ab}, one block.
+    std::string expected = bytes({2, 4, 0, 0x57, 1, 0, 1, 0, 9, 4, 0, 0}) + std::string(2538, '\0') +
+                           bytes({'a', 'b', 2, 0x0B, 0, 0, 0x0F, 0, 0, 0, 'a', 'b', 2, 0, 0, 0, 'c', 0, 0, 5, 1, 0, 0, 0, 'd', 0, 0});
+    EXPECT_EQ(readFile(dir.file("x.clx")).substr(256), expected);
 }
 
 TEST_F(CompressedFile, BannerIsTheOnlyPartThatChangesBetweenRuns) {
-    std::vector<std::string> words = {"a", "cat", "cats", "dog", "doge", "dogs", "zebra"};
-    std::vector<std::string> sfx = {"s", "e"};
-    ASSERT_EQ(compress(dir.file("1.clx"), {words}, &sfx), 0);
-    ASSERT_EQ(compress(dir.file("2.clx"), {words}, &sfx), 0);
+    Lines words = {"a", "cat", "cats", "dog", "doge", "dogs", "zebra"};
+    ASSERT_EQ(compress("1.clx", {words}, {"s", "e"}) + compress("2.clx", {words}, {"s", "e"}), 0);
     std::string a = readFile(dir.file("1.clx")), b = readFile(dir.file("2.clx"));
     std::string banner(a.c_str());
     ASSERT_EQ(banner.rfind("ORTH Lexicon 57000402 ", 0), 0u);
@@ -116,78 +76,58 @@ TEST_F(CompressedFile, BannerIsTheOnlyPartThatChangesBetweenRuns) {
     EXPECT_EQ(banner.substr(banner.size() - 2), "\r\n");
     EXPECT_EQ(a.substr(banner.size(), 256 - banner.size()), std::string(256 - banner.size(), '\0'));
     ASSERT_EQ(a.size(), b.size());
-    a.replace(22, 24, 24, '*');
-    b.replace(22, 24, 24, '*');
-    EXPECT_EQ(a, b);
-    ASSERT_EQ(compress(dir.file("e.clx"), {{}}), 0);
+    EXPECT_EQ(a.replace(22, 24, 24, '*'), b.replace(22, 24, 24, '*'));
+    ASSERT_EQ(compress("e.clx", {{}}), 0);
     EXPECT_EQ(readFile(dir.file("e.clx")).size(), kHeader);  // no small words, no segments
 }
 
 TEST_F(CompressedFile, WordCodingTable) {
-    std::vector<std::string> manyThenYz(26, "q");
-    manyThenYz.push_back("");
-    manyThenYz.push_back("yz");
-    struct Case {
-        std::vector<std::string> words;
-        std::vector<std::string> suffixes;
-        std::vector<unsigned char> segment;
-    } cases[] = {
+    Lines manyThenYz(26, "q");
+    manyThenYz.insert(manyThenYz.end(), {"", "yz"});
+    const std::string abc = bytes({0, 0, 0, 'c', 0});  // after a block's length byte: first word abc
+    struct Case { Lines words, suffixes; std::string segment; } cases[] = {
         // A lone three-byte word: header with length 1, body 0x00.
-        {{"abc"}, {}, {1, 0, 0, 0, 'c', 0, 0}},
+        {{"abc"}, {}, bytes({1}) + abc + bytes({0})},
         // The worked block, last in its segment: no padding.
-        {{"abcde", "abcdef", "abcdg", "abcx"}, {}, {11, 0, 0, 0, 'c', 0, 'd', 'e', 0, 1, 'f', 0, 'd', 'g', 0, 'x', 0}},
+        {{"abcde", "abcdef", "abcdg", "abcx"}, {}, bytes({11}) + abc + bytes({'d', 'e', 0, 1, 'f', 0, 'd', 'g', 0, 'x', 0})},
         // The same block followed by another: padded with 0x05 to 20 bytes.
         {{"abcde", "abcdef", "abcdg", "abcx", "abd"}, {},
-         {14, 0, 0, 0, 'c', 0, 'd', 'e', 0, 1, 'f', 0, 'd', 'g', 0, 'x', 0, 5, 5, 5, 1, 0, 0, 0, 'd', 0, 0}},
+         bytes({14}) + abc + bytes({'d', 'e', 0, 1, 'f', 0, 'd', 'g', 0, 'x', 0, 5, 5, 5, 1, 0, 0, 0, 'd', 0, 0})},
         // Differing in the last character only: keep all but the last.
-        {{"abcdef", "abcdeg"}, {}, {7, 0, 0, 0, 'c', 0, 'd', 'e', 'f', 0, 3, 'g', 0}},
+        {{"abcdef", "abcdeg"}, {}, bytes({7}) + abc + bytes({'d', 'e', 'f', 0, 3, 'g', 0})},
         // A longer previous word: keep 3 + n.
-        {{"abcdefgh", "abcdefxy"}, {}, {11, 0, 0, 0, 'c', 0, 'd', 'e', 'f', 'g', 'h', 0, 2, 3, 'x', 'y', 0}},
+        {{"abcdefgh", "abcdefxy"}, {}, bytes({11}) + abc + bytes({'d', 'e', 'f', 'g', 'h', 0, 2, 3, 'x', 'y', 0})},
         // A suffix match wins over literals; the lowest entry first; secondary via 0x04.
-        {{"walking"}, {"#comment", "ing", "ed"}, {2, 0, 0, 0, 'l', 0, 'k', 6}},
-        {{"abcat", "abcated"}, {"ted", "ed"}, {5, 0, 0, 0, 'c', 0, 'a', 't', 0, 1, 7}},
-        {{"abcxyz"}, manyThenYz, {3, 0, 0, 0, 'c', 0, 'x', 4, 1}},
+        {{"walking"}, {"#comment", "ing", "ed"}, bytes({2, 0, 0, 0, 'l', 0, 'k', 6})},
+        {{"abcat", "abcated"}, {"ted", "ed"}, bytes({5}) + abc + bytes({'a', 't', 0, 1, 7})},
+        {{"abcxyz"}, manyThenYz, bytes({3}) + abc + bytes({'x', 4, 1})},
     };
-    int i = 0;
     for (const Case &c : cases) {
-        SCOPED_TRACE(i);
-        std::string out = dir.file("c" + std::to_string(i++) + ".clx");
-        ASSERT_EQ(compress(out, {c.words}, c.suffixes.empty() ? nullptr : &c.suffixes), 0);
-        EXPECT_EQ(onlySegment(out), std::string(c.segment.begin(), c.segment.end()));
+        SCOPED_TRACE(c.words.back());
+        ASSERT_EQ(compress("c.clx", {c.words}, c.suffixes), 0);
+        EXPECT_EQ(onlySegment("c.clx"), c.segment);
     }
 }
 
 TEST_F(CompressedFile, SuffixFileFillsPrimaryThenSecondaryAndCountsLines) {
-    std::vector<std::string> sfx = {"#comment", "ing", "ed", "", "verylongsuffix"};
+    Lines sfx = {"#comment", "ing", "ed", "", "verylongsuffix"};
     for (int i = 0; i < 300; ++i) sfx.push_back("s" + std::to_string(i));
-    std::string path = dir.file("sfx.txt");
-    writeFile(path, crlf(sfx));
-    uint32_t line = 0;
     std::string out = dir.file("s.clx");
-    ASSERT_EQ(ORTH_CompressLexInit(sid, out.c_str(), path.c_str(), 2057, 0, &line), 0);
+    ASSERT_EQ(ORTH_CompressLexInit(sid, out.c_str(), put("sfx.txt", sfx).c_str(), 2057, 0, &line), 0);
     EXPECT_EQ(line, 1u + 26 + 256);  // reading stops when both tables are full
     ASSERT_EQ(ORTH_CompressLexEnd(sid), 0);
     std::string b = readFile(out);
-    EXPECT_EQ(u16(b, 264), 2057);
-    EXPECT_EQ(b.substr(268, 9), std::string("ing\0\0\0\0\0\0", 9));
-    EXPECT_EQ(b.substr(268 + 9, 9), std::string("ed\0\0\0\0\0\0\0", 9));
-    EXPECT_EQ(b.substr(268 + 18, 9), std::string(9, '\0'));  // the empty line is an entry
-    EXPECT_EQ(b.substr(268 + 27, 9), std::string("verylong\0", 9));
-    EXPECT_EQ(b.substr(502, 9), std::string("s22\0\0\0\0\0\0", 9));  // 27th suffix
-    EXPECT_EQ(b.substr(502 + 255 * 9, 9), std::string("s277\0\0\0\0\0", 9));
+    EXPECT_EQ(le<uint16_t>(b, 264), 2057);
+    // ing, ed, the empty line (an entry too), verylong; the 27th and the last.
+    EXPECT_EQ(b.substr(268, 36), std::string("ing\0\0\0\0\0\0ed\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0verylong\0", 36));
+    EXPECT_EQ(b.substr(502, 9) + b.substr(502 + 255 * 9, 9), std::string("s22\0\0\0\0\0\0s277\0\0\0\0\0", 18));
 }
 
 using CompressorInput = Compressor;
 
 TEST_F(CompressorInput, RefusedLinesGiveCodeLineNumberAndLogLine) {
     std::string tooLong(64, 'x');
-    std::vector<std::string> manySmall(1025, "a");
-    struct Case {
-        std::vector<std::vector<std::string>> files;
-        int16_t rc;
-        uint32_t line;
-        std::string message;
-    } cases[] = {
+    struct Case { std::vector<Lines> files; int16_t rc; uint32_t line; std::string message; } cases[] = {
         // A key built by an earlier file fails when the later file's segment ends.
         {{{"abc", "abd"}, {"aaa", "abe"}}, ORTH_WORD_ORDER_ERR, 2, "addSegment: duplicate segment ab"},
         {{{"abc", "ab"}}, ORTH_WORD_ORDER_ERR, 2, "LexSqFile: ab <= abc"},
@@ -196,68 +136,54 @@ TEST_F(CompressorInput, RefusedLinesGiveCodeLineNumberAndLogLine) {
         {{{"abc", tooLong}}, ORTH_INVALID_WORD_ERR, 2, "LexSqFile: word " + tooLong + " too long"},
         {{{"ab\tc"}}, ORTH_INVALID_WORD_ERR, 1, "LexSqFile: invalid word: ab\tc "},
         {{{"abc", "ab\x81"}}, ORTH_INVALID_WORD_ERR, 2, "LexSqFile: invalid word: ab\x81 "},
-        {{manySmall}, ORTH_TOO_MANY_SMALL_WORDS_ERR, 1025, "LexSqFile: too many small words (a)"},
+        {{Lines(1025, "a")}, ORTH_TOO_MANY_SMALL_WORDS_ERR, 1025, "LexSqFile: too many small words (a)"},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.message);
         LogCapture log;
-        uint32_t line = 0;
-        EXPECT_EQ(compress(dir.file("e.clx"), c.files, nullptr, &line), c.rc);
+        EXPECT_EQ(compress("e.clx", c.files, {}, &line), c.rc);
         EXPECT_EQ(line, c.line);
         EXPECT_TRUE(logged(log, c.message));
     }
 }
 
 TEST_F(CompressorInput, SmallWordsAreCheckedOnlyAgainstTheLastLongWord) {
-    std::string w63(63, 'y');
-    std::string out = dir.file("s.clx");
-    ASSERT_EQ(compress(out, {{"b", "a", "a", "abc", "x", w63}}), 0);
-    std::string b = readFile(out);
-    EXPECT_EQ(u16(b, 260), 4);
+    ASSERT_EQ(compress("s.clx", {{"b", "a", "a", "abc", "x", std::string(63, 'y')}}), 0);
+    std::string b = readFile(dir.file("s.clx"));
+    EXPECT_EQ(le<uint16_t>(b, 260), 4);
     EXPECT_EQ(b.substr(kHeader, 8), std::string("a\0a\0b\0x\0", 8));  // sorted, repeat kept
-    EXPECT_EQ(u16(b, 262), 2);
+    EXPECT_EQ(le<uint16_t>(b, 262), 2);
 }
 
 TEST_F(CompressorInput, LaterFilesMergeIntoKeyOrder) {
-    std::string out = dir.file("m.clx");
-    ASSERT_EQ(compress(out, {{"xyz"}, {"abc", "mno"}}), 0);
-    std::string b = readFile(out);
-    ASSERT_EQ(u16(b, 262), 3);
+    ASSERT_EQ(compress("m.clx", {{"xyz"}, {"abc", "mno"}}), 0);
+    std::string b = readFile(dir.file("m.clx"));
+    ASSERT_EQ(le<uint16_t>(b, 262), 3);
     // Records sorted by key, data in build order: xy first.
-    EXPECT_EQ(b.substr(kHeader + 8, 2), "ab");
-    EXPECT_EQ(b.substr(kHeader + 18, 2), "mn");
-    EXPECT_EQ(b.substr(kHeader + 28, 2), "xy");
-    EXPECT_EQ(u32(b, kHeader + 20), kHeader + 30);
-    EXPECT_EQ(u32(b, kHeader), kHeader + 37);
+    EXPECT_EQ(b.substr(kHeader + 8, 2) + b.substr(kHeader + 18, 2) + b.substr(kHeader + 28, 2), "abmnxy");
+    EXPECT_EQ(le<uint32_t>(b, kHeader + 20), kHeader + 30);
+    EXPECT_EQ(le<uint32_t>(b, kHeader), kHeader + 37);
 }
 
 TEST_F(CompressorInput, SegmentOverTheReadLimitIsRefused) {
-    std::vector<std::string> words;
-    for (int i = 0; i < 1500; ++i) {
-        char head[8];
-        std::snprintf(head, sizeof head, "ab%04d", i);
-        words.push_back(head + std::string(55, 'q'));
-    }
+    Lines words;
+    for (int i = 1000; i < 2500; ++i) words.push_back("ab" + std::to_string(i) + std::string(55, 'q'));
     LogCapture log;
-    EXPECT_EQ(compress(dir.file("big.clx"), {words}), ORTH_BUFFER_TOO_SMALL_ERR);
-    bool found = false;
-    for (const std::string &l : log.lines()) found |= l.rfind("LexSqFile: segment ab too long", 0) == 0;
-    EXPECT_TRUE(found);
+    EXPECT_EQ(compress("big.clx", {words}), ORTH_BUFFER_TOO_SMALL_ERR);
+    EXPECT_TRUE(logged(log, "LexSqFile: segment ab too long", true));
 }
 
 using CompressorRun = Compressor;
 
 TEST_F(CompressorRun, BadSessionAndMissingInitAreRefused) {
     LogCapture log;
-    uint32_t line = 0;
     EXPECT_EQ(ORTH_CompressLexInit(9, "x.clx", nullptr, 1033, 0, &line), ORTH_BAD_SESSION_ID_ERR);
     EXPECT_EQ(ORTH_CompressLexFile(-1, "w", &line), ORTH_BAD_SESSION_ID_ERR);
     EXPECT_EQ(ORTH_CompressLexEnd(16), ORTH_BAD_SESSION_ID_ERR);
     ORTH_CompressLexAbort(9);
-    EXPECT_TRUE(logged(log, "ORTH_CompressLexInit: bad session id 9"));
-    EXPECT_TRUE(logged(log, "ORTH_CompressLexFile: bad session id -1"));
-    EXPECT_TRUE(logged(log, "ORTH_CompressLexEnd: bad session id 16"));
-    EXPECT_TRUE(logged(log, "ORTH_CompressLexAbort: bad session id 9"));
+    for (const char *m : {"ORTH_CompressLexInit: bad session id 9", "ORTH_CompressLexFile: bad session id -1",
+                          "ORTH_CompressLexEnd: bad session id 16", "ORTH_CompressLexAbort: bad session id 9"})
+        EXPECT_TRUE(logged(log, m)) << m;
     EXPECT_EQ(ORTH_CompressLexFile(sid, "w", &line), ORTH_UNSUPPORTED_ACTION_ERR);
     EXPECT_TRUE(logged(log, "ORTH_CompressLexFile: call ORTH_CompressLexInit first"));
     EXPECT_EQ(ORTH_CompressLexEnd(sid), 0);
@@ -265,84 +191,64 @@ TEST_F(CompressorRun, BadSessionAndMissingInitAreRefused) {
 
 TEST_F(CompressorRun, FailedInitLeavesNothingInProgress) {
     LogCapture log;
-    uint32_t line = 7;
-    std::string out = dir.file("o.clx");
-    std::string missing = dir.file("nosuch.txt");
+    std::string out = dir.file("o.clx"), missing = dir.file("nosuch.txt"), noFolder = dir.file("none/o.clx");
     EXPECT_EQ(ORTH_CompressLexInit(sid, out.c_str(), missing.c_str(), 1033, 0, &line), ORTH_FILE_OPEN_ERR);
     EXPECT_TRUE(logged(log, "loadSuffixes: can't open " + missing));
-    EXPECT_FALSE(fileExists(dir.file("LEXSQXXX.TMP")));
+    EXPECT_FALSE(tempExists());
     EXPECT_EQ(ORTH_CompressLexFile(sid, missing.c_str(), &line), ORTH_UNSUPPORTED_ACTION_ERR);
-
-    std::string noFolder = dir.file("none/o.clx");
     EXPECT_EQ(ORTH_CompressLexInit(sid, noFolder.c_str(), nullptr, 1033, 0, &line), ORTH_FILE_OPEN_ERR);
     EXPECT_TRUE(logged(log, "LexSqInit: can't open " + dir.file("none/LEXSQXXX.TMP")));
-    std::string longPath(300, 'p');
-    EXPECT_EQ(ORTH_CompressLexInit(sid, longPath.c_str(), nullptr, 1033, 0, &line), ORTH_FILE_OPEN_ERR);
+    EXPECT_EQ(ORTH_CompressLexInit(sid, std::string(300, 'p').c_str(), nullptr, 1033, 0, &line), ORTH_FILE_OPEN_ERR);
     EXPECT_EQ(ORTH_CompressLexFile(sid, missing.c_str(), &line), ORTH_UNSUPPORTED_ACTION_ERR);
 }
 
 TEST_F(CompressorRun, TemporaryFileLivesBesideTheOutputUntilEndAbortOrClose) {
     TempDir other;
-    std::string tmpA = dir.file("LEXSQXXX.TMP"), tmpB = other.file("LEXSQXXX.TMP");
-    uint32_t line = 0;
     ASSERT_EQ(ORTH_CompressLexInit(sid, dir.file("a.clx").c_str(), nullptr, 1033, 0, &line), 0);
-    EXPECT_TRUE(fileExists(tmpA));
+    EXPECT_TRUE(tempExists());
     // A second Init releases the first run's temporary file.
     ASSERT_EQ(ORTH_CompressLexInit(sid, other.file("b.clx").c_str(), nullptr, 1033, 0, &line), 0);
-    EXPECT_FALSE(fileExists(tmpA));
-    EXPECT_TRUE(fileExists(tmpB));
+    EXPECT_FALSE(tempExists());
+    EXPECT_TRUE(fileExists(other.file("LEXSQXXX.TMP")));
     ORTH_CompressLexAbort(sid);
-    EXPECT_FALSE(fileExists(tmpB));
-    EXPECT_EQ(ORTH_CompressLexFile(sid, tmpB.c_str(), &line), ORTH_UNSUPPORTED_ACTION_ERR);
-
+    EXPECT_FALSE(fileExists(other.file("LEXSQXXX.TMP")));
+    EXPECT_EQ(ORTH_CompressLexFile(sid, "w", &line), ORTH_UNSUPPORTED_ACTION_ERR);
     ASSERT_EQ(ORTH_CompressLexInit(sid, dir.file("a.clx").c_str(), nullptr, 1033, 0, &line), 0);
     ASSERT_EQ(ORTH_CloseSession(sid), 0);
-    EXPECT_FALSE(fileExists(tmpA));
+    EXPECT_FALSE(tempExists());
     EXPECT_FALSE(fileExists(dir.file("a.clx")));
 }
 
 TEST_F(CompressorRun, FailedFileKeepsEarlierSegments) {
-    std::string out = dir.file("k.clx");
-    uint32_t line = 0;
-    ASSERT_EQ(ORTH_CompressLexInit(sid, out.c_str(), nullptr, 1033, 0, &line), 0);
-    std::string wf = dir.file("w.txt");
-    writeFile(wf, crlf({"abc", "xyz", "xya"}));
-    EXPECT_EQ(ORTH_CompressLexFile(sid, wf.c_str(), &line), ORTH_WORD_ORDER_ERR);
+    ASSERT_EQ(ORTH_CompressLexInit(sid, dir.file("k.clx").c_str(), nullptr, 1033, 0, &line), 0);
+    EXPECT_EQ(ORTH_CompressLexFile(sid, put("w.txt", {"abc", "xyz", "xya"}).c_str(), &line), ORTH_WORD_ORDER_ERR);
     EXPECT_EQ(line, 3u);
     ASSERT_EQ(ORTH_CompressLexEnd(sid), 0);
-    std::string b = readFile(out);
-    ASSERT_EQ(u16(b, 262), 1);  // ab kept; the open xy segment is never recorded
+    std::string b = readFile(dir.file("k.clx"));
+    ASSERT_EQ(le<uint16_t>(b, 262), 1);  // ab kept; the open xy segment is never recorded
     EXPECT_EQ(b.size(), kHeader + 10 + 7 + 7);
 }
 
 using CompressorFaults = Compressor;
 
 TEST_F(CompressorFaults, EveryWriteFailureInTheEndStepIsReported) {
-    std::vector<std::string> words;
-    for (char c = 'a'; c <= 'z'; ++c) words.push_back(std::string("ab") + c + "xyz");
-    words.push_back("acq");
-    ASSERT_EQ(compress(dir.file("ref.clx"), {{"a", "ab"}, words}), 0);
-    std::string reference = readFile(dir.file("ref.clx"));
+    Lines words = {"acq"};
+    for (char c = 'z'; c >= 'a'; --c) words.insert(words.begin(), std::string("ab") + c + "xyz");
+    ASSERT_EQ(compress("ref.clx", {{"a", "ab"}, words}), 0);
+    const std::string reference = readFile(dir.file("ref.clx")), wf1 = put("w1.txt", {"a", "ab"}), wf2 = put("w2.txt", words);
     for (int n = 0;; ++n) {
         SCOPED_TRACE(n);
         ASSERT_LT(n, 200);
-        uint32_t line = 0;
-        std::string out = dir.file("f.clx");
-        std::string wf1 = dir.file("w1.txt"), wf2 = dir.file("w2.txt");
-        writeFile(wf1, crlf({"a", "ab"}));
-        writeFile(wf2, crlf(words));
-        ASSERT_EQ(ORTH_CompressLexInit(sid, out.c_str(), nullptr, 1033, 0, &line), 0);
+        ASSERT_EQ(ORTH_CompressLexInit(sid, dir.file("f.clx").c_str(), nullptr, 1033, 0, &line), 0);
         ASSERT_EQ(ORTH_CompressLexFile(sid, wf1.c_str(), &line), 0);
         ASSERT_EQ(ORTH_CompressLexFile(sid, wf2.c_str(), &line), 0);
         LogCapture log;
         platFailWritesAfter(n);
         int16_t rc = ORTH_CompressLexEnd(sid);
         platClearFaults();
-        EXPECT_FALSE(fileExists(dir.file("LEXSQXXX.TMP")));
+        EXPECT_FALSE(tempExists());
         if (rc == 0) {
-            std::string b = readFile(out);
-            ASSERT_EQ(b.size(), reference.size());
-            EXPECT_EQ(b.substr(256), reference.substr(256));
+            EXPECT_EQ(readFile(dir.file("f.clx")).substr(256), reference.substr(256));
             EXPECT_GT(n, 3);
             break;
         }
@@ -354,26 +260,19 @@ TEST_F(CompressorFaults, EveryWriteFailureInTheEndStepIsReported) {
 
 TEST_F(CompressorFaults, FailedCreatesAndTemporaryWritesAreReported) {
     LogCapture log;
-    std::string out = dir.file("o.clx");
-    std::string wf = dir.file("w.txt");
-    writeFile(wf, crlf({"abc", "abd"}));
-    uint32_t line = 0;
+    std::string out = dir.file("o.clx"), temp = dir.file("LEXSQXXX.TMP");
     ASSERT_EQ(ORTH_CompressLexInit(sid, out.c_str(), nullptr, 1033, 0, &line), 0);
     platFailCreates(1);
     EXPECT_EQ(ORTH_CompressLexEnd(sid), ORTH_FILE_OPEN_ERR);
     EXPECT_TRUE(logged(log, "LexSqEnd: can't open " + out));
-    EXPECT_FALSE(fileExists(dir.file("LEXSQXXX.TMP")));
-
+    EXPECT_FALSE(tempExists());
     platFailCreates(1);
     EXPECT_EQ(ORTH_CompressLexInit(sid, out.c_str(), nullptr, 1033, 0, &line), ORTH_FILE_OPEN_ERR);
-    EXPECT_TRUE(logged(log, "LexSqInit: can't open " + dir.file("LEXSQXXX.TMP")));
-
+    EXPECT_TRUE(logged(log, "LexSqInit: can't open " + temp));
     ASSERT_EQ(ORTH_CompressLexInit(sid, out.c_str(), nullptr, 1033, 0, &line), 0);
     platFailWritesAfter(1);
-    EXPECT_EQ(ORTH_CompressLexFile(sid, wf.c_str(), &line), ORTH_FILE_WRITE_ERR);
-    platClearFaults();
-    EXPECT_TRUE(logged(log, "LexSqFile: error writing " + dir.file("LEXSQXXX.TMP")));
-    ORTH_CompressLexAbort(sid);
+    EXPECT_EQ(ORTH_CompressLexFile(sid, put("w.txt", {"abc", "abd"}).c_str(), &line), ORTH_FILE_WRITE_ERR);
+    EXPECT_TRUE(logged(log, "LexSqFile: error writing " + temp));
 }
 
 }  // namespace

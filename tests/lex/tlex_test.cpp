@@ -6,6 +6,7 @@
 // temporary file not created, the rename failing).
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -30,6 +31,23 @@ Entries imageOf(TLexState *lex) {
     return out;
 }
 
+// A folder with one lexicon path; the lexicon is closed and faults cleared at the end.
+class Text : public ::testing::Test {
+protected:
+    void TearDown() override {
+        platClearFaults();
+        TLex_Close(&lex);
+    }
+    TempDir dir;
+    std::string path = dir.file("l.tlx"), temp = dir.file("AAAAORTH.TMP");
+    TLexState lex{};
+};
+using TextFile = Text;
+using TextSave = Text;
+using TextSync = Text;
+using TextLookup = Text;
+using TextImage = Text;
+
 TEST(TextSentinel, SplitsFieldsAndReadsNumbersLikeAtoi) {
     struct { const char *line; bool valid; uint16_t language; int16_t type; uint32_t count; } cases[] = {
         {"#LID 1033 1 0", true, 1033, 1, 0},        {"#LID 2057\t0\t\t5", true, 2057, 0, 5},
@@ -49,10 +67,9 @@ TEST(TextSentinel, SplitsFieldsAndReadsNumbersLikeAtoi) {
     }
 }
 
-TEST(TextFile, ProbeAndLoadReadHeadersCommentsAndColons) {
-    TempDir dir;
+TEST_F(TextFile, ProbeAndLoadReadHeadersCommentsAndColons) {
     LogCapture log;
-    std::string path = dir.file("l.tlx"), q78(78, 'q');
+    std::string q78(78, 'q');
     struct { std::string bytes; int16_t probeRc, openRc; uint16_t type, language; bool headerless; Entries entries; } cases[] = {
         {"#LID 1033 0 4\r\ncolour:color\r\na:b:c\r\nx:\r\nplain", 0, 0, 0, 1033, false, {"a:b:c", "colour:color", "plain", "x:"}},
         {"#LID 3082 3 0\r\nw:x\r\n", 0, 0, 3, 3082, false, {"w:x"}},
@@ -64,39 +81,32 @@ TEST(TextFile, ProbeAndLoadReadHeadersCommentsAndColons) {
         {"", -6, -6, 0, 0, false, {}},
     };
     for (const auto &c : cases) {
+        SCOPED_TRACE(c.bytes);
         writeFile(path, c.bytes);
         int16_t type = -1;
         uint16_t language = 0;
-        EXPECT_EQ(TLex_GetInfo(path.c_str(), &type, &language), c.probeRc) << c.bytes;
+        EXPECT_EQ(TLex_GetInfo(path.c_str(), &type, &language), c.probeRc);
         if (c.probeRc == 0) {
-            EXPECT_EQ(type, static_cast<int16_t>(c.type));
-            EXPECT_EQ(language, c.language);
+            EXPECT_EQ(std::make_pair(type, language), std::make_pair(int16_t(c.type), c.language));
         }
-        TLexState lex;
-        ASSERT_EQ(TLex_Open(path.c_str(), &lex), c.openRc) << c.bytes;
+        ASSERT_EQ(TLex_Open(path.c_str(), &lex), c.openRc);
         if (c.openRc == 0) {
-            EXPECT_EQ(std::make_tuple(lex.type, lex.language, lex.headerless),
-                      std::make_tuple(c.type, c.language, c.headerless));
+            EXPECT_EQ(std::make_tuple(lex.type, lex.language, lex.headerless), std::make_tuple(c.type, c.language, c.headerless));
         }
-        EXPECT_EQ(imageOf(&lex), c.entries) << c.bytes;
+        EXPECT_EQ(imageOf(&lex), c.entries);
         TLex_Close(&lex);
     }
-    for (const std::string line : {"TLex_GetInfo: read error", "TLex_GetInfo: bad sentinel line: #LID 1033 1",
-                                   "loadLexFile: bad sentinel line: #LID 1033 5 0", "loadLexFile: read error"})
-        EXPECT_TRUE(log.contains(line)) << line;
-    TLexState lex;
     std::string none = dir.file("none.tlx"), deep = dir.path() + "/" + std::string(300, 'd');
     EXPECT_EQ(TLex_GetInfo(none.c_str(), nullptr, nullptr), ORTH_FILE_NOT_FOUND_ERR);
-    EXPECT_TRUE(log.contains("TLex_GetInfo: open error; file=" + none));
     EXPECT_EQ(TLex_Open(none.c_str(), &lex), ORTH_FILE_NOT_FOUND_ERR);
-    EXPECT_TRUE(log.contains("TLex_Open: file open error; file=" + none));
     EXPECT_EQ(TLex_Open(deep.c_str(), &lex), ORTH_FILE_NOT_FOUND_ERR);
+    for (const std::string &line : std::vector<std::string>{"TLex_GetInfo: read error", "TLex_GetInfo: bad sentinel line: #LID 1033 1",
+                                   "loadLexFile: bad sentinel line: #LID 1033 5 0", "loadLexFile: read error",
+                                   "TLex_GetInfo: open error; file=" + none, "TLex_Open: file open error; file=" + none})
+        EXPECT_TRUE(log.contains(line)) << line;
 }
 
-TEST(TextSave, WritesSortedCrLfLinesWithTheSentinel) {
-    TempDir dir;
-    std::string path = dir.file("auto.tlx");
-    TLexState lex;
+TEST_F(TextSave, WritesSortedCrLfLinesWithTheSentinel) {
     ASSERT_EQ(TLex_Create(path.c_str(), 0, 1033, &lex), 0);
     EXPECT_EQ(readFile(path), "#LID 1033 0 0\r\n");
     ASSERT_EQ(TLex_Add(&lex, "teh", "the") + TLex_Add(&lex, "recieve", "receive"), 0);
@@ -106,18 +116,16 @@ TEST(TextSave, WritesSortedCrLfLinesWithTheSentinel) {
     EXPECT_EQ(readFile(path), "#LID 1033 0 1\r\nteh:the\r\n");
     EXPECT_EQ(TLex_Clear(&lex), 0);
     EXPECT_EQ(readFile(path), "#LID 1033 0 0\r\n");
-    EXPECT_FALSE(fileExists(dir.file("AAAAORTH.TMP")));
+    EXPECT_FALSE(fileExists(temp));
     TLex_Close(&lex);
     // Headerless files stay headerless; comments do not survive; order is byte-wise.
     writeFile(path, "pear\r\n# a comment\r\n");
     ASSERT_EQ(TLex_Open(path.c_str(), &lex), 0);
     for (const char *word : {"Abc", "abd", "abc", "\xE9t\xE9"}) ASSERT_EQ(TLex_Add(&lex, word, nullptr), 0);
     EXPECT_EQ(readFile(path), "Abc\r\nabc\r\nabd\r\npear\r\n\xE9t\xE9\r\n");
-    TLex_Close(&lex);
 }
 
-TEST(TextSave, EveryAcceptedEntryReadsBackAndOthersAreRefused) {
-    TempDir dir;
+TEST_F(TextSave, EveryAcceptedEntryReadsBackAndOthersAreRefused) {
     LogCapture log;
     std::string l77(77, 'l'), l78(78, 'l'), r75(75, 'r'), r76(76, 'r');
     struct { int16_t type; const char *word, *replacement; int16_t rc; } cases[] = {
@@ -128,28 +136,26 @@ TEST(TextSave, EveryAcceptedEntryReadsBackAndOthersAreRefused) {
         {2, "cr", "in\rside", -19},
     };
     for (const auto &c : cases) {
-        std::string path = dir.file("r" + std::to_string(&c - cases) + ".tlx");
-        TLexState lex;
+        SCOPED_TRACE(c.word);
         ASSERT_EQ(TLex_Create(path.c_str(), c.type, 1036, &lex), 0);
-        EXPECT_EQ(TLex_Add(&lex, c.word, c.replacement), c.rc) << c.word;
+        EXPECT_EQ(TLex_Add(&lex, c.word, c.replacement), c.rc);
         Entries before = imageOf(&lex);
         TLex_Close(&lex);
         ASSERT_EQ(TLex_Open(path.c_str(), &lex), 0);
-        EXPECT_EQ(imageOf(&lex), before) << c.word;
-        EXPECT_EQ(lex.type, c.type);
-        EXPECT_EQ(lex.language, 1036);
+        EXPECT_EQ(imageOf(&lex), before);
+        EXPECT_EQ(std::make_pair(int(lex.type), int(lex.language)), std::make_pair(int(c.type), 1036));
         TLex_Close(&lex);
+        std::remove(path.c_str());
     }
     EXPECT_TRUE(log.contains("TLex_Add: entry too long: w2"));
     EXPECT_TRUE(log.contains("TLex_Add: invalid word: #tag"));
 }
 
-TEST(TextSync, ReloadsWhenAnotherWriterChangedTheFile) {
-    TempDir dir;
-    std::string path = dir.file("shared.tlx");
+TEST_F(TextSync, ReloadsWhenAnotherWriterChangedTheFile) {
     auto touchLater = [&](int s) { fs::last_write_time(path, fs::last_write_time(path) + std::chrono::seconds(s)); };
-    TLexState mine, theirs;
-    ASSERT_EQ(TLex_Create(path.c_str(), 1, 1033, &mine) + TLex_Open(path.c_str(), &theirs), 0);
+    TLexState &mine = lex, theirs;
+    ASSERT_EQ(TLex_Create(path.c_str(), 1, 1033, &mine), 0);
+    ASSERT_EQ(TLex_Open(path.c_str(), &theirs), 0);
     ASSERT_EQ(TLex_Add(&theirs, "second", nullptr), 0);
     touchLater(5);
     ASSERT_EQ(TLex_Add(&mine, "first", nullptr), 0);
@@ -158,13 +164,11 @@ TEST(TextSync, ReloadsWhenAnotherWriterChangedTheFile) {
     touchLater(10);
     EXPECT_EQ(TLex_Delete(&mine, "first"), ORTH_WORD_NOT_FOUND_ERR);  // reloaded before deleting
     EXPECT_EQ(imageOf(&mine), Entries{"third"});
-    TLex_Close(&mine);
     TLex_Close(&theirs);
 }
 
-TEST(TextLookup, ExactOrFoldedAndReplacementCopies) {
+TEST_F(TextLookup, ExactOrFoldedAndReplacementCopies) {
     LogCapture log;
-    TLexState lex;
     ASSERT_EQ(TLex_Create(nullptr, 2, 1033, &lex), 0);
     char out[8] = "unset";
     log.clear();
@@ -178,12 +182,10 @@ TEST(TextLookup, ExactOrFoldedAndReplacementCopies) {
     EXPECT_EQ(TLex_Lookup(&lex, "plain", 0, true, out, sizeof out), 0);
     EXPECT_STREQ(out, "colourl");  // no replacement: output untouched
     EXPECT_EQ(TLex_Lookup(&lex, "PL\xC1IN", 0, false, out, sizeof out), ORTH_WORD_NOT_FOUND_ERR);
-    TLex_Close(&lex);
 }
 
-TEST(TextImage, SizeSufficesAndOneByteLessFails) {
+TEST_F(TextImage, SizeSufficesAndOneByteLessFails) {
     LogCapture log;
-    TLexState lex;
     ASSERT_EQ(TLex_Create(nullptr, 0, 1033, &lex), 0);
     uint32_t size = 0;
     char buf[32];
@@ -201,46 +203,39 @@ TEST(TextImage, SizeSufficesAndOneByteLessFails) {
     EXPECT_EQ(TLex_GetImage(&lex, buf, 10), ORTH_BUFFER_TOO_SMALL_ERR);  // "pear" itself does not fit
     EXPECT_EQ(TLex_GetImage(&lex, nullptr, 18), ORTH_BUFFER_TOO_SMALL_ERR);
     EXPECT_TRUE(log.lines().empty());
-    TLex_Close(&lex);
 }
 
-class TextFaults : public ::testing::Test {
+class TextFaults : public Text {
 protected:
     void SetUp() override {
         writeFile(path, kOld);
         ASSERT_EQ(TLex_Open(path.c_str(), &lex), 0);
     }
-    void TearDown() override {
+    // One change under a fault: refused with rc, the file and its time as
+    // they were, the change in memory, no temporary file.
+    void expectUnsaved(int16_t rc, const char *word) {
+        int32_t stamp = lex.fileTime;
+        EXPECT_EQ(TLex_Add(&lex, word, nullptr), rc);
         platClearFaults();
-        TLex_Close(&lex);
-    }
-    // The file and its time as they were; the change in memory; no temporary file.
-    void expectUnsaved(const char *word, int32_t stamp) {
         EXPECT_EQ(readFile(path), kOld);
         EXPECT_EQ(lex.fileTime, stamp);
         EXPECT_EQ(TLex_Lookup(&lex, word, 0, true, nullptr, 0), 0);
-        EXPECT_FALSE(fileExists(dir.file("AAAAORTH.TMP")));
+        EXPECT_FALSE(fileExists(temp));
     }
     const std::string kOld = "#LID 1033 1 2\r\nalpha\r\nbeta\r\n";
-    TempDir dir;
-    std::string path = dir.file("faults.tlx");
-    TLexState lex;
 };
 
 TEST_F(TextFaults, EveryWriteFailingInTurnKeepsTheOldFile) {
     LogCapture log;
-    int n = 0;
-    for (;; ++n) {
+    for (int n = 0; n < 8; ++n) {  // four lines of two writes each
+        SCOPED_TRACE(n);
         platFailWritesAfter(n);
-        int16_t rc = TLex_Add(&lex, "gamma", nullptr);
-        platClearFaults();
-        if (rc == 0) break;
-        ASSERT_EQ(rc, ORTH_FILE_WRITE_ERR) << n;
-        expectUnsaved("gamma", lex.fileTime);
+        expectUnsaved(ORTH_FILE_WRITE_ERR, "gamma");
         TLex_Close(&lex);  // back to the file's contents for the next step
         ASSERT_EQ(TLex_Open(path.c_str(), &lex), 0);
     }
-    EXPECT_EQ(n, 8);  // four lines of two writes each
+    platFailWritesAfter(8);
+    EXPECT_EQ(TLex_Add(&lex, "gamma", nullptr), 0);
     EXPECT_TRUE(log.contains("saveLexFile: file write err"));
     EXPECT_EQ(readFile(path), "#LID 1033 1 3\r\nalpha\r\nbeta\r\ngamma\r\n");
     platFailWritesAfter(3);
@@ -252,11 +247,9 @@ TEST_F(TextFaults, EveryWriteFailingInTurnKeepsTheOldFile) {
 
 TEST_F(TextFaults, FailedCreateOfTheTemporaryFileIsRetriedByTheNextChange) {
     LogCapture log;
-    int32_t stamp = lex.fileTime;
     platFailCreates(1);
-    EXPECT_EQ(TLex_Add(&lex, "gamma", nullptr), ORTH_FILE_OPEN_ERR);
-    EXPECT_TRUE(log.contains("saveLexFile: error opening " + dir.file("AAAAORTH.TMP")));
-    expectUnsaved("gamma", stamp);
+    expectUnsaved(ORTH_FILE_OPEN_ERR, "gamma");
+    EXPECT_TRUE(log.contains("saveLexFile: error opening " + temp));
     EXPECT_EQ(TLex_Delete(&lex, "alpha"), 0);
     EXPECT_EQ(readFile(path), "#LID 1033 1 2\r\nbeta\r\ngamma\r\n");
 }
@@ -268,7 +261,6 @@ TEST_F(TextFaults, FailedRenameKeepsTheEntriesInTheTemporaryFile) {
     fs::create_directories(path + "/inside");
     fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(1));
     EXPECT_EQ(TLex_Add(&lex, "gamma", nullptr), ORTH_FILE_WRITE_ERR);
-    std::string temp = dir.file("AAAAORTH.TMP");
     EXPECT_TRUE(log.contains("saveLexFile: rename error; entries kept in " + temp));
     EXPECT_EQ(readFile(temp), "#LID 1033 1 3\r\nalpha\r\nbeta\r\ngamma\r\n");
     fs::remove_all(path);

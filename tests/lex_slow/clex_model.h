@@ -1,9 +1,11 @@
-// tests/lex_slow/clex_model.h — a plain restatement of the compressed
-// lexicon's lookup rules over word lists, to check the reader against:
-// one- and two-character words are found by any of four case forms; longer
-// words by walking, for each of the four key forms in turn, that key's
-// words in file order until one folds equal (found) or folds greater than
-// the sought word (that key is done). Case rules are those of ISO 8859-1.
+// tests/lex_slow/clex_model.h — what the compressed-lexicon tests share:
+// building a lexicon through the ORTH_ calls, reading CR LF lists, log and
+// byte helpers, and a plain restatement of the lookup rules to check the
+// reader against: one- and two-character words are found by any of four
+// case forms; longer words by walking, for each of the four key forms in
+// turn, that key's words in file order until one folds equal (found) or
+// folds greater than the sought word (that key is done). Case rules are
+// those of ISO 8859-1.
 #pragma once
 
 #include <algorithm>
@@ -11,7 +13,56 @@
 #include <string>
 #include <vector>
 
+#include "orth.h"
+#include "support/test_util.h"
+
 namespace clexmodel {
+
+inline std::string crlf(const std::vector<std::string> &lines) {
+    std::string out;
+    for (const std::string &l : lines) out += l + "\r\n";
+    return out;
+}
+
+// The CR LF terminated lines of text; an unterminated tail is dropped.
+inline std::vector<std::string> splitCrlf(const std::string &text) {
+    std::vector<std::string> out;
+    for (size_t at = 0, end; (end = text.find("\r\n", at)) != std::string::npos; at = end + 2)
+        out.push_back(text.substr(at, end - at));
+    return out;
+}
+
+// Compresses word files (and a suffix file) into out in session sid; the
+// first failing call's code (the run then aborted), or End's. line gets the
+// line number the last File call reported.
+inline int16_t compress(int16_t sid, const std::string &out, const std::vector<std::string> &wordFiles,
+                        const char *suffixFile = nullptr, uint16_t language = 1033, uint32_t *line = nullptr) {
+    uint32_t n = 0;
+    int16_t rc = ORTH_CompressLexInit(sid, out.c_str(), suffixFile, language, 0, &n);
+    for (size_t i = 0; rc == 0 && i < wordFiles.size(); ++i) rc = ORTH_CompressLexFile(sid, wordFiles[i].c_str(), &n);
+    if (line != nullptr) *line = n;
+    if (rc < 0) ORTH_CompressLexAbort(sid);
+    return rc < 0 ? rc : ORTH_CompressLexEnd(sid);
+}
+
+// A log line equal to message (debug builds may add " [file:line]"), or
+// only starting with it when prefix is set.
+inline bool logged(const LogCapture &log, const std::string &message, bool prefix = false) {
+    for (const std::string &line : log.lines()) {
+        if (line == message || line.rfind(prefix ? message : message + " [", 0) == 0) return true;
+    }
+    return false;
+}
+
+// Little-endian numbers of a file image.
+template <typename T> T le(const std::string &b, size_t at) {
+    T v = 0;
+    for (size_t i = sizeof(T); i-- > 0;) v = static_cast<T>(v << 8 | static_cast<uint8_t>(b[at + i]));
+    return v;
+}
+inline void putLe(std::string &b, size_t at, uint32_t v, int width) {
+    for (int i = 0; i < width; ++i) b[at + i] = static_cast<char>(v >> (8 * i));
+}
 
 inline unsigned char lower(unsigned char c) {
     return ((c >= 'A' && c <= 'Z') || (c >= 0xC0 && c <= 0xDE && c != 0xD7)) ? c + 32 : c;
@@ -32,10 +83,7 @@ struct Model {
     std::map<std::string, std::vector<std::string>> segments;  // key -> words, byte-wise order
 
     explicit Model(const std::vector<std::string> &words) {
-        for (const std::string &w : words) {
-            if (w.size() < 3) small.push_back(w);
-            else segments[w.substr(0, 2)].push_back(w);
-        }
+        for (const std::string &w : words) (w.size() < 3 ? small : segments[w.substr(0, 2)]).push_back(w);
         for (auto &seg : segments) std::sort(seg.second.begin(), seg.second.end());
     }
 
@@ -45,8 +93,7 @@ struct Model {
                                      {char(upper(c1)), char(upper(c2))}, {char(lower(c1)), char(upper(c2))}};
         for (const std::string &key : keys) {
             if (w.size() < 3) {
-                std::string form = w.size() == 1 ? key.substr(0, 1) : key;
-                if (std::find(small.begin(), small.end(), form) != small.end()) return true;
+                if (std::count(small.begin(), small.end(), key.substr(0, w.size())) != 0) return true;
                 continue;
             }
             auto seg = segments.find(key);
