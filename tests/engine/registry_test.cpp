@@ -1,9 +1,9 @@
 // Lexicon registry.
-// Groups: LexSlots (sixteen per session, lowest free first, failed opens
-// leave no slot taken, sessions independent), LexIds (bad session and lexicon
-// ids for every function), LexFormats (the probe order, read-only compressed
-// lexicons), LexChanges (replacements required, possessives, null words,
-// image and information).
+// Groups: Registry (sixteen slots per session, lowest free first; failed
+// opens and creates leave the slot free; bad session and lexicon ids for
+// every function; the probe order, compressed first and read-only; change
+// lexicons need replacements, possessives and long words on add, the image
+// and information; sessions keep their own lexicons).
 #include <gtest/gtest.h>
 
 #include <string>
@@ -12,161 +12,109 @@
 #include "orth.h"
 #include "support/test_util.h"
 
-namespace {
+using Results = std::vector<int32_t>;  // braced lists run left to right: calls in order
 
-// The smallest compressed lexicon: ab, abc and abd, language 1033.
-std::string compressedExample() {
-    std::string file(2806, '\0');
-    const std::string banner = "ORTH Lexicon 57000402 Mon Nov 23 01:00:00 2026\n\r\n\r\n";
-    file.replace(0, banner.size(), banner);
-    const unsigned char fields[] = {0x02, 0x04, 0x00, 0x57, 1, 0, 1, 0, 0x09, 0x04, 0, 0};
-    file.replace(256, sizeof fields, reinterpret_cast<const char *>(fields), sizeof fields);
-    const unsigned char rest[] = {'a', 'b',                                           // small words
-                                  0x02, 0x0B, 0, 0, 0x0F, 0, 0, 0, 'a', 'b',          // segment record
-                                  2, 0, 0, 0, 'c', 0, 0x00, 0x05, 1, 0, 0, 0, 'd', 0, 0x00};
-    file.append(reinterpret_cast<const char *>(rest), sizeof rest);
-    return file;
+// The smallest compressed lexicon: ab, abc and abd, language 1033. Banner,
+// header fields at 256, then at 2806 the small words, one segment record and
+// the segment's bytes.
+static std::string compressedExample() {
+    std::string file = "ORTH Lexicon 57000402 Mon Nov 23 01:00:00 2026\n\r\n\r\n";
+    file.append(256 - file.size(), '\0').append("\x02\x04\0\x57\x01\0\x01\0\x09\x04\0\0", 12).resize(2806, '\0');
+    return file.append("ab" "\x02\x0B\0\0\x0F\0\0\0" "ab" "\x02\0\0\0" "c\0\0\x05\x01\0\0\0" "d\0\0", 27);
 }
 
 class Registry : public ::testing::Test {
 protected:
-    void SetUp() override {
-        closeAllSessions();
-        session = ORTH_OpenSession();
-        ASSERT_EQ(session, 0);
-    }
-    void TearDown() override { closeAllSessions(); }
-    std::vector<std::string> image(int16_t lexId) {
+    void SetUp() override { closeAllSessions(); session = ORTH_OpenSession(); }
+    std::string image(int16_t lexId) {   // "count:" and the bytes of ORTH_GetLex, in a buffer of the size reported
         uint32_t size = 0;
-        EXPECT_EQ(ORTH_GetLexInfo(session, lexId, &size, nullptr, nullptr, nullptr), 0);
-        std::vector<char> buf(size);
-        int32_t n = ORTH_GetLex(session, lexId, buf.data(), size);
-        std::vector<std::string> out;
-        for (size_t at = 0; n-- > 0; at += out.back().size() + 1) out.emplace_back(buf.data() + at);
-        return out;
+        ORTH_GetLexInfo(session, lexId, &size, nullptr, nullptr, nullptr);
+        std::string buf(size, '#');
+        return std::to_string(ORTH_GetLex(session, lexId, &buf[0], size)) + ":" + buf;
     }
+    void expectLogged(const std::vector<std::string> &lines) {
+        for (const std::string &line : lines) EXPECT_TRUE(log.contains(line)) << line;
+    }
+    LogCapture log;
     TempDir dir;
     int16_t session = -1;
 };
 
-TEST_F(Registry, SixteenSlotsLowestFreeFirst) {
-    LogCapture log;
+TEST_F(Registry, SixteenSlotsLowestFreeFirstFailuresLeaveTheSlotFreeAndBadIdsAreRefused) {
+    const std::string tlx = dir.file("t.tlx"), bad = dir.file("bad.tlx"), empty = dir.file("empty.tlx"),
+                      missing = dir.file("no/dir.tlx");
+    for (auto f : {std::make_pair(tlx, "a\r\n"), {bad, "#LID 1033 9 0\r\n"}, {empty, ""}}) writeFile(f.first, f.second);
     for (int16_t i = 0; i < 16; ++i) EXPECT_EQ(ORTH_CreateLex(session, nullptr, 1, 1033), i);
-    EXPECT_TRUE(log.contains("ORTH_CreateLex: temp. lex created; id=0"));
-    EXPECT_EQ(ORTH_CreateLex(session, nullptr, 7, 1033), ORTH_UNKNOWN_LEXICON_TYPE_ERR);  // type before slots
-    EXPECT_TRUE(log.contains("ORTH_CreateLex: bad lex type 7"));
-    EXPECT_EQ(ORTH_CreateLex(session, "", 1, 1033), ORTH_TOO_MANY_LEXICONS_ERR);
-    EXPECT_TRUE(log.contains("ORTH_CreateLex: too many lexicons"));
-    writeFile(dir.file("t.tlx"), "word\r\n");
-    EXPECT_EQ(ORTH_OpenLex(session, dir.file("t.tlx").c_str(), 0), ORTH_TOO_MANY_LEXICONS_ERR);
-    EXPECT_TRUE(log.contains("ORTH_OpenLex: too many lexicons"));
-    EXPECT_EQ(ORTH_CloseLex(session, 4), 0);
-    EXPECT_TRUE(log.contains("ORTH_CloseLex: 4 closed"));
-    EXPECT_EQ(ORTH_OpenLex(session, dir.file("t.tlx").c_str(), 0), 4);
-    EXPECT_TRUE(log.contains("ORTH_OpenLex: " + dir.file("t.tlx") + " opened; id=4"));
-}
-
-TEST_F(Registry, FailedOpensAndCreatesLeaveTheSlotFree) {
-    LogCapture log;
-    writeFile(dir.file("there.tlx"), "#LID 1033 1 0\r\n");
-    writeFile(dir.file("bad.tlx"), "#LID 1033 9 0\r\n");
-    writeFile(dir.file("empty.tlx"), "");
-    std::string there = dir.file("there.tlx"), noDir = dir.file("no/dir.tlx");
-    // Braced lists run left to right; each call must find slot 0 free.
-    int16_t got[] = {ORTH_OpenLex(session, dir.file("none.tlx").c_str(), 0), ORTH_OpenLex(session, nullptr, 0),
-                     ORTH_OpenLex(session, dir.file("bad.tlx").c_str(), 0),
-                     ORTH_OpenLex(session, dir.file("empty.tlx").c_str(), 0),
-                     ORTH_CreateLex(session, there.c_str(), 1, 1033), ORTH_CreateLex(session, noDir.c_str(), 1, 1033),
-                     ORTH_CreateLex(session, nullptr, 3, 1033)};
-    EXPECT_EQ(std::vector<int16_t>(got, got + 7), (std::vector<int16_t>{-4, -4, -6, -6, -14, -4, 0}));
-    EXPECT_TRUE(log.contains("TLex_Create: " + there + " exists"));
-    EXPECT_TRUE(log.contains("TLex_Create: file open(" + noDir + ") error"));
-}
-
-TEST_F(Registry, BadIdsAreRefusedByEveryFunction) {
-    LogCapture log;
-    ASSERT_EQ(ORTH_CreateLex(session, nullptr, 1, 1033), 0);
-    uint32_t size = 0;
-    char buf[8];
-    for (int16_t bad : {int16_t(-1), int16_t(16), int16_t(3)}) {
-        struct Call {
-            const char *name;
-            int32_t rc, badSessionRc;
-        } calls[] = {
-            {"ORTH_CloseLex", ORTH_CloseLex(session, bad), ORTH_CloseLex(bad, 0)},
-            {"ORTH_AddToLex", ORTH_AddToLex(session, bad, "w", nullptr), ORTH_AddToLex(bad, 0, "w", nullptr)},
-            {"ORTH_DelFromLex", ORTH_DelFromLex(session, bad, "w"), ORTH_DelFromLex(bad, 0, "w")},
-            {"ORTH_ClearLex", ORTH_ClearLex(session, bad), ORTH_ClearLex(bad, 0)},
-            {"ORTH_GetLex", ORTH_GetLex(session, bad, buf, 8), ORTH_GetLex(bad, 0, buf, 8)},
-            {"ORTH_GetLexInfo", ORTH_GetLexInfo(session, bad, &size, nullptr, nullptr, nullptr),
-             ORTH_GetLexInfo(bad, 0, &size, nullptr, nullptr, nullptr)},
-        };
-        for (const Call &c : calls) {
-            EXPECT_EQ(c.rc, ORTH_BAD_LEXICON_ID_ERR) << c.name;
-            EXPECT_TRUE(log.contains(std::string(c.name) + ": bad lex id " + std::to_string(bad))) << c.name;
-            EXPECT_EQ(c.badSessionRc, ORTH_BAD_SESSION_ID_ERR) << c.name;
-            EXPECT_TRUE(log.contains(std::string(c.name) + ": bad session id " + std::to_string(bad))) << c.name;
-        }
+    EXPECT_EQ((Results{ORTH_CreateLex(session, nullptr, 7, 1033), ORTH_CreateLex(session, "", 1, 1033),
+                       ORTH_OpenLex(session, tlx.c_str(), 0), ORTH_CloseLex(session, 4)}),
+              (Results{ORTH_UNKNOWN_LEXICON_TYPE_ERR, ORTH_TOO_MANY_LEXICONS_ERR, ORTH_TOO_MANY_LEXICONS_ERR, 0}));
+    EXPECT_EQ((Results{ORTH_OpenLex(1, "x", 0), ORTH_CreateLex(-5, nullptr, 1, 1033)}), Results(2, -2));
+    // A failure that kept slot 4 would turn every later call into too many lexicons.
+    EXPECT_EQ((Results{ORTH_OpenLex(session, missing.c_str(), 0), ORTH_OpenLex(session, nullptr, 0),
+                       ORTH_OpenLex(session, bad.c_str(), 0), ORTH_OpenLex(session, empty.c_str(), 0),
+                       ORTH_CreateLex(session, tlx.c_str(), 1, 1033), ORTH_CreateLex(session, missing.c_str(), 1, 1033),
+                       ORTH_OpenLex(session, tlx.c_str(), 0)}), (Results{-4, -4, -6, -6, -14, -4, 4}));
+    expectLogged({"ORTH_CreateLex: temp. lex created; id=0", "ORTH_CreateLex: bad lex type 7",
+                  "ORTH_CreateLex: too many lexicons", "ORTH_OpenLex: too many lexicons", "ORTH_CloseLex: 4 closed",
+                  "ORTH_OpenLex: " + tlx + " opened; id=4", "TLex_Create: " + tlx + " exists",
+                  "TLex_Create: file open(" + missing + ") error", "ORTH_OpenLex: bad session id 1",
+                  "ORTH_CreateLex: bad session id -5"});
+    ORTH_CloseLex(session, 3);
+    auto results = [](int16_t s, int16_t l) {   // each function that takes a lexicon id
+        return Results{ORTH_CloseLex(s, l), ORTH_AddToLex(s, l, "w", nullptr), ORTH_DelFromLex(s, l, "w"),
+                       ORTH_ClearLex(s, l), ORTH_GetLex(s, l, nullptr, 0), ORTH_GetLexInfo(s, l, 0, 0, 0, 0)};
+    };
+    for (int16_t id : {-1, 16, 3}) {
+        EXPECT_EQ(results(session, id), Results(6, ORTH_BAD_LEXICON_ID_ERR)) << id;
+        EXPECT_EQ(results(id, 0), Results(6, ORTH_BAD_SESSION_ID_ERR)) << id;
+        for (std::string fn : {"ORTH_CloseLex", "ORTH_AddToLex", "ORTH_DelFromLex", "ORTH_ClearLex", "ORTH_GetLex",
+                               "ORTH_GetLexInfo"})
+            expectLogged({fn + ": bad lex id " + std::to_string(id), fn + ": bad session id " + std::to_string(id)});
     }
-    EXPECT_EQ(ORTH_OpenLex(1, "x", 0), ORTH_BAD_SESSION_ID_ERR);
-    EXPECT_TRUE(log.contains("ORTH_OpenLex: bad session id 1"));
-    EXPECT_EQ(ORTH_CreateLex(-5, nullptr, 1, 1033), ORTH_BAD_SESSION_ID_ERR);
-    EXPECT_TRUE(log.contains("ORTH_CreateLex: bad session id -5"));
 }
 
 TEST_F(Registry, CompressedFirstThenTextAndCompressedIsReadOnly) {
-    LogCapture log;
-    writeFile(dir.file("small.clx"), compressedExample());
-    writeFile(dir.file("french.tlx"), "#LID 1036 2 1\r\nle:la\r\n");
-    ASSERT_EQ(ORTH_OpenLex(session, dir.file("small.clx").c_str(), 0), 0);
-    ASSERT_EQ(ORTH_OpenLex(session, dir.file("french.tlx").c_str(), 0), 1);
+    const std::string files[][2] = {{dir.file("small.clx"), compressedExample()},
+                                    {dir.file("french.tlx"), "#LID 1036 2 1\r\nle:la\r\n"}};
+    // Two results (every output optional), then size, format, type, language.
+    const Results info[] = {{0, 0, 0, 0, 1, 1033}, {0, 0, 7, 1, 2, 1036}};
     for (int16_t id = 0; id < 2; ++id) {
+        writeFile(files[id][0], files[id][1]);
+        ASSERT_EQ(ORTH_OpenLex(session, files[id][0].c_str(), 0), id);
         uint32_t size = 99;
         uint16_t format = 99, type = 99, language = 99;
-        ASSERT_EQ(ORTH_GetLexInfo(session, id, &size, &format, &type, &language), 0);
-        EXPECT_EQ(std::vector<uint32_t>({size, format, type, language}),
-                  id == 0 ? std::vector<uint32_t>({0, 0, 1, 1033}) : std::vector<uint32_t>({7, 1, 2, 1036}));
-        EXPECT_EQ(ORTH_GetLexInfo(session, id, nullptr, nullptr, nullptr, nullptr), 0);
+        EXPECT_EQ((Results{ORTH_GetLexInfo(session, id, &size, &format, &type, &language),
+                           ORTH_GetLexInfo(session, id, nullptr, nullptr, nullptr, nullptr),
+                           static_cast<int32_t>(size), format, type, language}), info[id]);
     }
-    char buf[64];
-    EXPECT_EQ(ORTH_AddToLex(session, 0, "abe", nullptr) + ORTH_DelFromLex(session, 0, "abc") + ORTH_ClearLex(session, 0),
-              3 * ORTH_READ_ONLY_LEXICON_ERR);
-    EXPECT_EQ(ORTH_GetLex(session, 0, buf, sizeof buf), ORTH_UNSUPPORTED_ACTION_ERR);
-    for (const char *line : {"ORTH_AddToLex: read only lex", "ORTH_DelFromLex: read only lex",
-                             "ORTH_ClearLex: read only lex", "ORTH_GetLex: unsupported action"})
-        EXPECT_TRUE(log.contains(line)) << line;
-    EXPECT_EQ(image(1), std::vector<std::string>{"le:la"});
+    EXPECT_EQ((Results{ORTH_AddToLex(session, 0, "abe", nullptr), ORTH_DelFromLex(session, 0, "abc"),
+                       ORTH_ClearLex(session, 0), ORTH_GetLex(session, 0, nullptr, 0)}),
+              (Results{-9, -9, -9, ORTH_UNSUPPORTED_ACTION_ERR}));
+    expectLogged({"ORTH_AddToLex: read only lex", "ORTH_DelFromLex: read only lex", "ORTH_ClearLex: read only lex",
+                  "ORTH_GetLex: unsupported action"});
+    EXPECT_EQ(image(1), std::string("1:le:la\0\0", 9));
 }
 
-TEST_F(Registry, ChangesNormaliseOnAddOnly) {
-    LogCapture log;
-    std::string path = dir.file("user.tlx");
+TEST_F(Registry, ChangesNormaliseOnAddOnlyAndSessionsKeepTheirOwn) {
+    const std::string path = dir.file("user.tlx");
     ASSERT_EQ(ORTH_CreateLex(session, path.c_str(), 1, 2057), 0);
-    EXPECT_TRUE(log.contains("ORTH_CreateLex: " + path + " created; id=0"));
-    for (int16_t type : {int16_t(0), int16_t(2)}) {
-        int16_t id = ORTH_CreateLex(session, nullptr, type, 1033);
-        EXPECT_EQ(ORTH_AddToLex(session, id, "teh", nullptr), ORTH_TWO_WORDS_REQUIRED_ERR);
-        EXPECT_TRUE(image(id).empty());
+    for (int16_t type : {0, 2}) {   // the change lexicons take ids 1 and 2
+        EXPECT_EQ(ORTH_AddToLex(session, ORTH_CreateLex(session, nullptr, type, 1033), "teh", nullptr), -10) << type;
+        EXPECT_EQ(image(type / 2 + 1), std::string("0:\0", 3)) << type;
     }
-    EXPECT_TRUE(log.contains("ORTH_AddToLex: need word and replacement"));
-    EXPECT_EQ(ORTH_AddToLex(session, 0, "cat's", nullptr) + ORTH_AddToLex(session, 0, std::string(70, 'x').c_str(), nullptr), 0);
-    EXPECT_EQ(ORTH_DelFromLex(session, 0, "cat's"), ORTH_WORD_NOT_FOUND_ERR);
-    EXPECT_TRUE(log.contains("TLex_Delete: cat's not found"));
-    ORTH_SetOption(session, ORTH_STRIP_POSSESSIVES_OPT, 0);
-    EXPECT_EQ(ORTH_AddToLex(session, 0, "dog's", nullptr), 0);
-    EXPECT_EQ(image(0), (std::vector<std::string>{"cat", "dog's", std::string(63, 'x')}));
+    const int16_t other = ORTH_OpenSession();   // its slot 0 is its own
+    ASSERT_EQ(ORTH_CreateLex(other, nullptr, 3, 1031), 0);
+    // Possessives are stripped and long words cut on add only, so "cat's" is not found.
+    const std::string seventy(70, 'x');
+    EXPECT_EQ((Results{ORTH_AddToLex(session, 0, "cat's", nullptr), ORTH_AddToLex(session, 0, seventy.c_str(), nullptr),
+                       ORTH_DelFromLex(session, 0, "cat's"), ORTH_SetOption(session, ORTH_STRIP_POSSESSIVES_OPT, 0),
+                       ORTH_AddToLex(session, 0, "dog's", nullptr), ORTH_DelFromLex(other, 0, "cat"),
+                       ORTH_AddToLex(session, 0, nullptr, nullptr), ORTH_DelFromLex(session, 0, nullptr)}),
+              (Results{0, 0, -3, 1, 0, -3, ORTH_INVALID_WORD_ERR, ORTH_INVALID_WORD_ERR}));
+    EXPECT_EQ(image(0), std::string("3:cat\0dog's\0", 12) + std::string(63, 'x') + std::string(2, '\0'));
+    expectLogged({"ORTH_CreateLex: " + path + " created; id=0", "ORTH_AddToLex: need word and replacement",
+                  "TLex_Delete: cat's not found"});
+    ORTH_CloseSession(other);
     EXPECT_EQ(ORTH_DelFromLex(session, 0, "cat") + ORTH_ClearLex(session, 0), 0);
     EXPECT_EQ(readFile(path), "#LID 2057 1 0\r\n");
-    EXPECT_EQ(ORTH_AddToLex(session, 0, nullptr, nullptr) + ORTH_DelFromLex(session, 0, nullptr), 2 * ORTH_INVALID_WORD_ERR);
 }
-
-TEST_F(Registry, SessionsHaveTheirOwnLexicons) {
-    int16_t other = ORTH_OpenSession();
-    ASSERT_EQ(ORTH_CreateLex(session, nullptr, 1, 1033) + ORTH_CreateLex(other, nullptr, 3, 1031), 0);
-    ASSERT_EQ(ORTH_AddToLex(session, 0, "mine", nullptr), 0);
-    EXPECT_EQ(ORTH_DelFromLex(other, 0, "mine"), ORTH_WORD_NOT_FOUND_ERR);
-    EXPECT_EQ(ORTH_CloseSession(other), 0);
-    EXPECT_EQ(image(0), std::vector<std::string>{"mine"});
-}
-
-}  // namespace
