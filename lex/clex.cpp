@@ -194,6 +194,17 @@ void buildRestarts(CLexSeg *s) {
 // The outcome of decoding one word of a block.
 enum DecodeStep { kWordDone, kBodyDone, kCorrupt };
 
+// Fills the first-byte index of the (sorted) segment table: the segments
+// whose key starts with byte b are firstByteStart[b] to firstByteStart[b + 1] - 1.
+void indexFirstBytes(CLexState *state) {
+    uint16_t seg = 0;
+    for (int b = 0; b < 256; ++b) {
+        state->firstByteStart[b] = seg;
+        while (seg < state->segCount && state->segs[seg].key[0] == b) ++seg;
+    }
+    state->firstByteStart[256] = seg;
+}
+
 }  // namespace
 
 int16_t CLex_GetInfo(const char *path, int16_t *type, uint16_t *language) {
@@ -307,6 +318,7 @@ int16_t CLex_Open(const char *path, uint32_t budget, CLexState *state) {
         failOpen(fh, state);
         return rc;
     }
+    indexFirstBytes(state);
     state->useCounter = 0;
     fileClose(fh);
     return 0;
@@ -322,11 +334,14 @@ void CLex_Close(CLexState *state) {
 }
 
 int32_t findSegment(const CLexState *state, uint8_t k0, uint8_t k1) {
-    // Branch-free halving (the compiler turns the step into a conditional move).
-    uint32_t n = state->segCount;
+    // Only the segments whose key starts with k0 are searched, by branch-free
+    // halving (the compiler turns the step into a conditional move).
+    if (state->segs == nullptr) return -1;
+    uint32_t first = state->firstByteStart[k0];
+    uint32_t n = state->firstByteStart[k0 + 1] - first;
     if (n == 0) return -1;
     const unsigned want = (unsigned{k0} << 8) | k1;
-    const CLexSeg *base = state->segs;
+    const CLexSeg *base = state->segs + first;
     auto keyOf = [](const CLexSeg *s) { return (unsigned{s->key[0]} << 8) | s->key[1]; };
     while (n > 1) {
         uint32_t half = n / 2;

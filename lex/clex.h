@@ -39,6 +39,7 @@ struct CLexState {
     uint8_t smallWords[kMaxSmallWords][2];   // sorted (first byte, second byte or 0)
     CLexSeg *segs;                           // owned, key order
     uint16_t segCount;
+    uint16_t firstByteStart[257];            // segments by the first byte of their key
     uint32_t budget;                         // 0: no limit
     uint32_t freeBudget;                     // budget minus loaded bytes (budget != 0)
     uint32_t useCounter;
