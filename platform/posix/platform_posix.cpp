@@ -1,5 +1,6 @@
 // platform/posix/platform_posix.cpp — the OS layer over POSIX calls.
 #include "platform/platform.h"
+#include "platform/faults.h"
 
 #include <cctype>
 #include <cstdio>
@@ -8,16 +9,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#ifdef ORTH_FAULT_SEAMS
-namespace {
-int writesLeft = -1;   // -1: no fault armed
-int createsToFail = 0;
-}  // namespace
-
-void platFailWritesAfter(int n) { writesLeft = n; }
-void platFailCreates(int n) { createsToFail = n; }
-void platClearFaults() { writesLeft = -1; createsToFail = 0; }
-#endif
 
 int32_t platOpenRead(const char *path) {
     if (path == nullptr) return -1;
@@ -27,9 +18,7 @@ int32_t platOpenRead(const char *path) {
 
 int32_t platCreate(const char *path) {
     if (path == nullptr) return -1;
-#ifdef ORTH_FAULT_SEAMS
-    if (createsToFail > 0) { --createsToFail; return -1; }
-#endif
+    if (createShouldFail()) return -1;
     int fd = open(path, O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
     return fd < 0 ? -1 : fd;
 }
@@ -47,10 +36,7 @@ int32_t platRead(int32_t handle, void *buffer, uint32_t count) {
 }
 
 int32_t platWrite(int32_t handle, const void *buffer, uint32_t count) {
-#ifdef ORTH_FAULT_SEAMS
-    if (writesLeft == 0) return 0;
-    if (writesLeft > 0) --writesLeft;
-#endif
+    if (writeShouldFail()) return 0;
     uint32_t done = 0;
     auto *p = static_cast<const unsigned char *>(buffer);
     while (done < count) {

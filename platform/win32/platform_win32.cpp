@@ -2,6 +2,7 @@
 // C runtime's file calls (the _lopen family keeps 16-bit-era semantics that the
 // lexicon formats rely on: byte counts and 32-bit positions).
 #include "platform/platform.h"
+#include "platform/faults.h"
 
 #include <windows.h>
 
@@ -10,16 +11,6 @@
 #include <sys/stat.h>
 #include <ctime>
 
-#ifdef ORTH_FAULT_SEAMS
-namespace {
-int writesLeft = -1;
-int createsToFail = 0;
-}  // namespace
-
-void platFailWritesAfter(int n) { writesLeft = n; }
-void platFailCreates(int n) { createsToFail = n; }
-void platClearFaults() { writesLeft = -1; createsToFail = 0; }
-#endif
 
 int32_t platOpenRead(const char *path) {
     if (path == nullptr) return -1;
@@ -29,9 +20,7 @@ int32_t platOpenRead(const char *path) {
 
 int32_t platCreate(const char *path) {
     if (path == nullptr) return -1;
-#ifdef ORTH_FAULT_SEAMS
-    if (createsToFail > 0) { --createsToFail; return -1; }
-#endif
+    if (createShouldFail()) return -1;
     HFILE h = _lcreat(path, 0);
     return h == HFILE_ERROR ? -1 : static_cast<int32_t>(h);
 }
@@ -42,10 +31,7 @@ int32_t platRead(int32_t handle, void *buffer, uint32_t count) {
 }
 
 int32_t platWrite(int32_t handle, const void *buffer, uint32_t count) {
-#ifdef ORTH_FAULT_SEAMS
-    if (writesLeft == 0) return 0;
-    if (writesLeft > 0) --writesLeft;
-#endif
+    if (writeShouldFail()) return 0;
     UINT n = _lwrite(static_cast<HFILE>(handle), static_cast<LPCCH>(buffer), count);
     return n == static_cast<UINT>(HFILE_ERROR) ? -1 : static_cast<int32_t>(n);
 }

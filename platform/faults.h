@@ -1,0 +1,14 @@
+// platform/faults.h — for the OS layers only: whether the next write or
+// create must fail, as armed by the fault seams of platform.h. Without
+// ORTH_FAULT_SEAMS nothing ever fails.
+#pragma once
+
+#include "platform/platform.h"
+
+#ifdef ORTH_FAULT_SEAMS
+bool writeShouldFail();   // counts the write
+bool createShouldFail();  // counts the create
+#else
+inline bool writeShouldFail() { return false; }
+inline bool createShouldFail() { return false; }
+#endif
