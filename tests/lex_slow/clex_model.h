@@ -54,12 +54,13 @@ inline bool logged(const LogCapture &log, const std::string &message, bool prefi
     return false;
 }
 
-// Little-endian numbers of a file image.
+// Little-endian numbers of a file image, and bytes given as numbers.
 template <typename T> T le(const std::string &b, size_t at) {
     T v = 0;
     for (size_t i = sizeof(T); i-- > 0;) v = static_cast<T>(v << 8 | static_cast<uint8_t>(b[at + i]));
     return v;
 }
+inline std::string bytes(std::initializer_list<int> v) { return std::string(v.begin(), v.end()); }
 inline void putLe(std::string &b, size_t at, uint32_t v, int width) {
     for (int i = 0; i < width; ++i) b[at + i] = static_cast<char>(v >> (8 * i));
 }
