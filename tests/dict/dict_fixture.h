@@ -1,6 +1,6 @@
 // tests/dict/dict_fixture.h — a small dictionary folder for the Dict tests:
-// MAIN.CLX compressed from a word list, a companion MAIN.TLX, the host record
-// that names them, and a test fixture over such a folder.
+// MAIN.CLX compressed from a word list, a companion MAIN.TLX, and a test
+// fixture that opens handles over such a folder with a host record.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -21,17 +21,6 @@ inline std::string crlfLines(const std::vector<std::string> &lines) {
     return out;
 }
 
-// The host's parameter record with the three fields the library reads.
-struct HostRecord {
-    unsigned char bytes[512] = {};
-    HostRecord(const char *mainName, int16_t language, const char *userList) {
-        std::strncpy(reinterpret_cast<char *>(bytes + DICT_PARAMS_MAIN_LEX_NAME), mainName, 19);
-        bytes[DICT_PARAMS_LANGUAGE] = static_cast<unsigned char>(language & 0xFF);
-        bytes[DICT_PARAMS_LANGUAGE + 1] = static_cast<unsigned char>((language >> 8) & 0xFF);
-        std::strncpy(reinterpret_cast<char *>(bytes + DICT_PARAMS_USER_LIST), userList, 300);
-    }
-};
-
 // Compresses sorted words into path; returns the engine's result.
 inline int16_t compressWords(const std::string &dir, const std::string &path,
                              const std::vector<std::string> &words) {
@@ -49,9 +38,8 @@ inline int16_t compressWords(const std::string &dir, const std::string &path,
 }
 
 inline const std::vector<std::string> &sampleWords() {
-    static const std::vector<std::string> words = {
-        "a", "an", "cat", "colour", "doesn't", "end", "etc", "grey", "hall", "halo",
-        "hell", "hello", "help", "is", "the", "this", "world"};
+    static const std::vector<std::string> words = {"a", "an", "cat", "colour", "doesn't", "end", "etc",
+        "grey", "hall", "halo", "hell", "hello", "help", "is", "the", "this", "world"};
     return words;
 }
 
@@ -64,19 +52,21 @@ protected:
         ASSERT_EQ(compressWords(dir.path(), dir.file("MAIN.CLX"), sampleWords()), 0);
         writeFile(dir.file("MAIN.TLX"), crlfLines({"#LID 1033 3 4", "12", "2024", "3", "4th"}));
     }
-    void TearDown() override {
-        platClearFaults();
-        closeAllSessions();
-    }
+    // A handle over folder with a host record naming the main lexicon, the
+    // language 2057 (0x0809) and the user word list.
     DictHandle *open(const char *mainName = "MAIN.CLX", const char *list = "USER.DIC") {
-        HostRecord rec(mainName, 2057, list);
-        return DictOpen(folder.c_str(), rec.bytes, 0);
+        unsigned char record[512] = {};
+        std::strncpy(reinterpret_cast<char *>(record + DICT_PARAMS_MAIN_LEX_NAME), mainName, 19);
+        record[DICT_PARAMS_LANGUAGE] = 0x09;
+        record[DICT_PARAMS_LANGUAGE + 1] = 0x08;
+        std::strncpy(reinterpret_cast<char *>(record + DICT_PARAMS_USER_LIST), list, 300);
+        return DictOpen(folder.c_str(), record, 0);
     }
-    // Every suggestion DictGetNextSug hands out for the last rejected word.
-    static std::vector<std::string> allSuggestions(DictHandle *h) {
+    // The suggestions DictGetNextSug hands out, at most max of them.
+    static std::vector<std::string> suggestions(DictHandle *h, size_t max = 100) {
         std::vector<std::string> out;
         char buf[64];
-        while (DictGetNextSug(h, buf) == 1 && out.size() < 100) out.push_back(buf);
+        while (out.size() < max && DictGetNextSug(h, buf) == 1) out.push_back(buf);
         return out;
     }
     TempDir dir;
