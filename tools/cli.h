@@ -43,6 +43,8 @@ std::string decodeToUtf8(const std::string &bytes, bool typoApostrophe = false);
 // Whole-file reads; false with errno set on failure. A path of "-" is
 // standard input.
 bool readAll(const std::string &path, std::string *out);
+// The lines of a text, without their LF or CR LF ends.
+std::vector<std::string> splitLines(const std::string &text);
 std::string errnoText();
 // Human text for a result code.
 std::string describeResult(int rc);

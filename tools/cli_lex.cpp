@@ -151,12 +151,7 @@ int lexImport(const LexFile &lf, const std::string &path, const std::string &sou
         return kExitError;
     }
     int status = kExitOk;
-    size_t start = 0;
-    while (start < text.size()) {
-        size_t end = text.find('\n', start);
-        if (end == std::string::npos) end = text.size();
-        std::string line = text.substr(start, end - start);
-        start = end + 1;
+    for (const std::string &line : splitLines(text)) {
         size_t first = line.find_first_not_of(" \t\r");
         if (first == std::string::npos || line[first] == '#' || line[first] == ';') continue;
         // Tokens are runs without white space; a colon also separates words

@@ -65,14 +65,7 @@ void checkLine(int16_t session, const std::string &line, const ListOptions &lo, 
 }
 
 void checkText(int16_t session, const std::string &text, const ListOptions &lo, ListCounts *counts) {
-    size_t start = 0;
-    while (start < text.size()) {
-        size_t end = text.find('\n', start);
-        if (end == std::string::npos) end = text.size();
-        size_t stop = (end > start && text[end - 1] == '\r') ? end - 1 : end;
-        checkLine(session, text.substr(start, stop - start), lo, counts);
-        start = end + 1;
-    }
+    for (const std::string &line : splitLines(text)) checkLine(session, line, lo, counts);
 }
 
 }  // namespace

@@ -62,12 +62,7 @@ bool suggestWord(int16_t session, const std::string &shown, const Encoded &enc, 
 
 // Splits standard input into words with the engine's block scanner.
 bool wordsOfText(int16_t session, const std::string &text, std::vector<std::string> *words) {
-    size_t start = 0;
-    while (start < text.size()) {
-        size_t end = text.find('\n', start);
-        if (end == std::string::npos) end = text.size();
-        std::string line = text.substr(start, end - start);
-        start = end + 1;
+    for (const std::string &line : splitLines(text)) {
         Encoded enc = encodeUtf8(line);
         if (enc.bytes.empty()) continue;
         uint32_t length = static_cast<uint32_t>(enc.bytes.size());

@@ -183,3 +183,16 @@ std::string describeResult(int rc) {
     default: return std::string("engine error ") + std::to_string(rc) + " (" + resultCodeName(static_cast<int16_t>(rc)) + ")";
     }
 }
+
+std::vector<std::string> splitLines(const std::string &text) {
+    std::vector<std::string> lines;
+    size_t start = 0;
+    while (start < text.size()) {
+        size_t end = text.find('\n', start);
+        if (end == std::string::npos) end = text.size();
+        size_t stop = (end > start && text[end - 1] == '\r') ? end - 1 : end;
+        lines.push_back(text.substr(start, stop - start));
+        start = end + 1;
+    }
+    return lines;
+}
