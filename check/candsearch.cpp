@@ -21,29 +21,23 @@ namespace {
 
 // Search context of one level.
 struct LevelVisit {
-    Scorer scorer;
+    const Scorer *scorer;
     SuggestionList *list;
     int16_t charSet;
     int32_t found;
-    int wordLen;
 };
 
 // Once the level has found a candidate (so its count is no longer 0) and
 // the list is full, only a score above the list's last one can change the
-// list, and the typographical walk stops as soon as it cannot get there.
+// list, so lower scores need not be worked out in full.
 int visitCandidate(const char *word, const char *decoded, void *context) {
     auto *visit = static_cast<LevelVisit *>(context);
-    int16_t score;
-    if (visit->scorer == typographicalScore) {
-        const SuggestionList *list = visit->list;
-        int16_t floor = 0;
-        if (visit->found > 0 && list->capacity > 0 && list->count >= list->capacity) {
-            floor = list->entries[list->capacity - 1].score;
-        }
-        score = typographicalScoreAbove(word, visit->wordLen, decoded, visit->charSet, floor);
-    } else {
-        score = visit->scorer(word, decoded, visit->charSet);
+    const SuggestionList *list = visit->list;
+    int16_t floor = 0;
+    if (visit->found > 0 && list->capacity > 0 && list->count >= list->capacity) {
+        floor = list->entries[list->capacity - 1].score;
     }
+    int16_t score = scoreCandidate(*visit->scorer, decoded, floor);
     if (score > 0) {
         addCandidate(decoded, score, false, visit->list);
         ++visit->found;
@@ -137,9 +131,9 @@ bool selectsSegment(int level, const uint8_t key[2], const char *word, int16_t c
 // offer and is passed over. At level 0 only the block of the word's third
 // character is visited, so a word shorter than three characters gets
 // nothing there and its segments are not loaded.
-int32_t searchLevel(CLexState *state, const char *word, int16_t charSet, Scorer scorer,
+int32_t searchLevel(CLexState *state, const char *word, int16_t charSet, const Scorer &scorer,
                     SuggestionList *list, int level) {
-    LevelVisit visit{scorer, list, charSet, 0, static_cast<int>(std::strlen(word))};
+    LevelVisit visit{&scorer, list, charSet, 0};
     bool sameThirdByte = level == 0;
     if (sameThirdByte && (word[0] == '\0' || word[1] == '\0' || word[2] == '\0')) return 0;
     const WordStart ws = foldWord(word, charSet, state->language);
@@ -154,13 +148,13 @@ int32_t searchLevel(CLexState *state, const char *word, int16_t charSet, Scorer 
     return visit.found;
 }
 
-void searchCompressedLexicon(int16_t depth, const char *word, int16_t charSet, Scorer scorer,
+void searchCompressedLexicon(int16_t depth, const char *word, int16_t charSet, const Scorer &scorer,
                              SuggestionList *list, CLexState *state) {
     char small[3] = {0, 0, 0};
     for (uint16_t i = 0; i < state->smallCount && i < kMaxSmallWords; ++i) {
         small[0] = static_cast<char>(state->smallWords[i][0]);
         small[1] = static_cast<char>(state->smallWords[i][1]);
-        int16_t score = scorer(word, small, charSet);
+        int16_t score = scoreCandidate(scorer, small, 0);
         if (score > 0) addCandidate(small, score, false, list);
     }
     if (depth == -1) {

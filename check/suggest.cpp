@@ -57,23 +57,6 @@ const PhoneticDigraph phoneticDigraphTable[kPhoneticDigraphs] = {
 
 namespace {
 
-// The last word whose phonetic key was built, so a search scoring thousands
-// of candidates against one word builds its key once. The engine is used by
-// one thread at a time.
-struct PhoneticKeyCache {
-    char word[kWordBufSize];
-    char key[kWordBufSize];
-};
-PhoneticKeyCache keyCache;
-
-const char *cachedKey(const char *word) {
-    if (std::strncmp(keyCache.word, word, kWordBufSize) != 0 || keyCache.word[0] == '\0') {
-        copyWord(keyCache.word, word);
-        phoneticKey(word, keyCache.key);
-    }
-    return keyCache.key;
-}
-
 // Split-word candidates: the word cut in two known words, "first second".
 void addSplitCandidates(Session *session, const char *word, SuggestionList *list) {
     size_t len = std::strlen(word);
@@ -282,7 +265,28 @@ void phoneticKey(const char *word, char key[kWordBufSize]) {
 // 0 unless both words have the same phonetic key; then the share of the
 // characters of both words whose byte values occur equally often in each.
 int16_t phoneticScore(const char *word, const char *candidate, int16_t charSet) {
-    if (!phoneticKeyIs(candidate, cachedKey(word))) return 0;
+    Scorer scorer;
+    prepareScorer(&scorer, kPhonetic, word, charSet);
+    return scoreCandidate(scorer, candidate, 0);
+}
+
+void prepareScorer(Scorer *scorer, ScoreMeasure measure, const char *word, int16_t charSet) {
+    scorer->measure = measure;
+    scorer->word = word;
+    scorer->wordLen = static_cast<int>(std::strlen(word));
+    scorer->charSet = charSet;
+    scorer->wordKey[0] = '\0';
+    if (measure == kPhonetic) phoneticKey(word, scorer->wordKey);
+}
+
+namespace {
+
+// The phonetic measure: 0 unless both words have the same key; then the
+// share of the characters of both words whose byte values occur equally
+// often in each.
+int16_t phoneticSimilarity(const Scorer &scorer, const char *candidate) {
+    const char *word = scorer.word;
+    if (!phoneticKeyIs(candidate, scorer.wordKey)) return 0;
     int counts[256] = {};
     int total = 0;
     for (auto *p = reinterpret_cast<const unsigned char *>(word); *p != 0; ++p, ++total) ++counts[*p];
@@ -295,17 +299,27 @@ int16_t phoneticScore(const char *word, const char *candidate, int16_t charSet) 
     return static_cast<int16_t>(d * 100 / total);
 }
 
+}  // namespace
+
+int16_t scoreCandidate(const Scorer &scorer, const char *candidate, int16_t floor) {
+    if (scorer.measure == kTypographical) {
+        return typographicalScoreAbove(scorer.word, scorer.wordLen, candidate, scorer.charSet, floor);
+    }
+    int16_t score = phoneticSimilarity(scorer, candidate);
+    return score > floor ? score : 0;
+}
+
 // Ignore lexicons offer every entry, exclude lexicons every entry as
 // suppressed, change lexicons their replacement of the word itself at 99
 // (findChangeEntry).
 void searchTextLexicon(const TLexState *state, int16_t type, const char *word, int16_t charSet,
-                       Scorer scorer, SuggestionList *list) {
+                       const Scorer &scorer, SuggestionList *list) {
     switch (type) {
     case ORTH_IGNORE_LEX_TYPE:
     case ORTH_EXCLUDE_LEX_TYPE:
         for (uint32_t i = 0; i < state->count; ++i) {
             const char *entry = state->entries[i].word;
-            int16_t score = scorer(word, entry, charSet);
+            int16_t score = scoreCandidate(scorer, entry, 0);
             if (score > 0) addCandidate(entry, score, type == ORTH_EXCLUDE_LEX_TYPE, list);
         }
         break;
@@ -327,11 +341,13 @@ int16_t suggestFromLexicon(Session *session, LexEntry *lex, const char *word, in
                            SuggestionList *list) {
     uint32_t opts = session->options;
     int16_t charSet = session->charSet;
-    Scorer scorers[2] = {nullptr, nullptr};
-    if (opts & ORTH_SUGGEST_TYPOGRAPHICAL_OPT) scorers[0] = typographicalScore;
-    if (opts & ORTH_SUGGEST_PHONETIC_OPT) scorers[1] = phoneticScore;
-    for (Scorer scorer : scorers) {
-        if (scorer == nullptr) continue;
+    // Typographical candidates are offered before phonetic ones.
+    const struct { uint32_t option; ScoreMeasure measure; } passes[2] = {
+        {ORTH_SUGGEST_TYPOGRAPHICAL_OPT, kTypographical}, {ORTH_SUGGEST_PHONETIC_OPT, kPhonetic}};
+    for (const auto &pass : passes) {
+        if (!(opts & pass.option)) continue;
+        Scorer scorer;
+        prepareScorer(&scorer, pass.measure, word, charSet);
         if (lex->format == ORTH_COMPRESSED_LEX_FORMAT) {
             searchCompressedLexicon(depth, word, charSet, scorer, list, &lex->clex);
         } else if (lex->format == ORTH_TEXT_LEX_FORMAT) {

@@ -28,8 +28,17 @@ struct SuggestionList {
     uint16_t capacity;
 };
 
-// A similarity measure: 0 to 100, and a candidate counts only above 0.
-typedef int16_t (*Scorer)(const char *word, const char *candidate, int16_t charSet);
+// How the candidates of one search are scored against the word: the
+// measure, and what it needs of the word worked out once (its length, its
+// phonetic key). Scores run 0 to 100; a candidate counts only above 0.
+enum ScoreMeasure : uint8_t { kTypographical, kPhonetic };
+struct Scorer {
+    ScoreMeasure measure;
+    const char *word;
+    int wordLen;
+    int16_t charSet;
+    char wordKey[kWordBufSize];  // the word's phonetic key (kPhonetic only)
+};
 
 // Phonetic tables: a code letter per byte value (0 for none), and the eight
 // lower-case letter pairs with the letter each stands for.
@@ -57,22 +66,26 @@ int16_t typographicalScoreAbove(const char *word, int wordLen, const char *candi
                                 int16_t charSet, int16_t floor);
 int16_t phoneticScore(const char *word, const char *candidate, int16_t charSet);
 void phoneticKey(const char *word, char key[kWordBufSize]);
+void prepareScorer(Scorer *scorer, ScoreMeasure measure, const char *word, int16_t charSet);
+// The candidate's score under the scorer's measure, or 0 when it is not
+// above floor (the typographical walk stops as soon as it cannot get there).
+int16_t scoreCandidate(const Scorer &scorer, const char *candidate, int16_t floor);
 
 // Searches.
 int16_t collectSuggestions(Session *session, const char *word, int16_t depth, SuggestionList *list);
 int16_t suggestFromLexicon(Session *session, LexEntry *lex, const char *word, int16_t depth,
                            SuggestionList *list);
 void searchTextLexicon(const TLexState *state, int16_t type, const char *word, int16_t charSet,
-                       Scorer scorer, SuggestionList *list);
+                       const Scorer &scorer, SuggestionList *list);
 
 // Compressed-lexicon candidate search. Depth -1 widens from level 1 to 3
 // until a level yields a candidate; 0 to 3 search that level alone; any
 // other depth only the small-words table. Failures end the search silently.
-void searchCompressedLexicon(int16_t depth, const char *word, int16_t charSet, Scorer scorer,
+void searchCompressedLexicon(int16_t depth, const char *word, int16_t charSet, const Scorer &scorer,
                              SuggestionList *list, CLexState *state);
 // Candidates scored above 0 in the segments the level selects, or the
 // negative code of a segment that could not be loaded or decoded.
-int32_t searchLevel(CLexState *state, const char *word, int16_t charSet, Scorer scorer,
+int32_t searchLevel(CLexState *state, const char *word, int16_t charSet, const Scorer &scorer,
                     SuggestionList *list, int level);
 // Sound codes used to select segments; 0 for lexicons not in English.
 uint8_t letterCode(uint8_t letter, uint16_t language);
