@@ -40,6 +40,18 @@ Encoded encodeUtf8(const std::string &utf8);
 // apostrophes are written as U+2019.
 std::string decodeToUtf8(const std::string &bytes, bool typoApostrophe = false);
 
+// A text block over one line: the line's 8-bit form in a block of the
+// session, and the way back to the words as the user wrote them.
+struct LineBlock {
+    std::string line;   // the UTF-8 source
+    Encoded enc;
+    int16_t id = -1;    // the block id, or the engine's code when it did not open
+    // Opens a copied block over the line; false (id holds the code) on failure.
+    bool open(int16_t session, const std::string &utf8);
+    // The word of length n at the block's cursor, as the user wrote it.
+    std::string wordAtCursor(int16_t session, size_t n) const;
+};
+
 // Whole-file reads; false with errno set on failure. A path of "-" is
 // standard input.
 bool readAll(const std::string &path, std::string *out);

@@ -28,15 +28,14 @@ void printEntry(const std::string &text) {
 
 // Checks one line (without its line end) and prints what the block reports.
 void checkLine(int16_t session, const std::string &line, const ListOptions &lo, ListCounts *counts) {
-    Encoded enc = encodeUtf8(line);
-    if (enc.bytes.empty()) return;
-    uint32_t length = static_cast<uint32_t>(enc.bytes.size());
-    int16_t block = ORTH_OpenBlock(session, &enc.bytes[0], length, length + 1, 1);
-    if (block < 0) {
-        reportError("cannot check a line: %s", describeResult(block).c_str());
+    if (line.empty()) return;
+    LineBlock lb;
+    if (!lb.open(session, line)) {
+        reportError("cannot check a line: %s", describeResult(lb.id).c_str());
         counts->engineFailed = true;
         return;
     }
+    const int16_t block = lb.id;
     uint32_t mask = (lo.doubled ? ORTH_REPORT_DOUBLED_WORDS_OPT : 0) |
                     (lo.capitals ? ORTH_REPORT_UNCAPPED_WORDS_OPT : 0);
     char word[64], replacement[64];
@@ -48,9 +47,7 @@ void checkLine(int16_t session, const std::string &line, const ListOptions &lo, 
             break;
         }
         if (rc & ORTH_CHK_END_OF_BLOCK) break;
-        uint32_t cursor = 0;
-        ORTH_GetBlockInfo(session, block, nullptr, nullptr, &cursor, nullptr);
-        std::string shown = enc.sourceOf(line, cursor, cursor + std::strlen(word));
+        std::string shown = lb.wordAtCursor(session, std::strlen(word));
         if (rc & ~ORTH_CHK_DOUBLED_WORD) {
             printEntry(shown);
             ++counts->reported;

@@ -63,20 +63,17 @@ bool suggestWord(int16_t session, const std::string &shown, const Encoded &enc, 
 // Splits standard input into words with the engine's block scanner.
 bool wordsOfText(int16_t session, const std::string &text, std::vector<std::string> *words) {
     for (const std::string &line : splitLines(text)) {
-        Encoded enc = encodeUtf8(line);
-        if (enc.bytes.empty()) continue;
-        uint32_t length = static_cast<uint32_t>(enc.bytes.size());
-        int16_t block = ORTH_OpenBlock(session, &enc.bytes[0], length, length + 1, 1);
-        if (block < 0) {
-            reportError("cannot read the input: %s", describeResult(block).c_str());
+        if (line.empty()) continue;
+        LineBlock lb;
+        if (!lb.open(session, line)) {
+            reportError("cannot read the input: %s", describeResult(lb.id).c_str());
             return false;
         }
+        const int16_t block = lb.id;
         char word[64];
         for (;;) {
             if (ORTH_GetBlockWord(session, block, word, sizeof word) < 0) break;
-            uint32_t cursor = 0;
-            ORTH_GetBlockInfo(session, block, nullptr, nullptr, &cursor, nullptr);
-            words->push_back(enc.sourceOf(line, cursor, cursor + std::strlen(word)));
+            words->push_back(lb.wordAtCursor(session, std::strlen(word)));
             if (ORTH_NextBlockWord(session, block) < 0) break;
         }
         ORTH_CloseBlock(session, block);

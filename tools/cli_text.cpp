@@ -196,3 +196,19 @@ std::vector<std::string> splitLines(const std::string &text) {
     }
     return lines;
 }
+
+bool LineBlock::open(int16_t session, const std::string &utf8) {
+    line = utf8;
+    enc = encodeUtf8(line);
+    uint32_t length = static_cast<uint32_t>(enc.bytes.size());
+    enc.bytes.push_back('\0');  // the block's room for one more byte
+    id = ORTH_OpenBlock(session, &enc.bytes[0], length, length + 1, 1);
+    enc.bytes.pop_back();
+    return id >= 0;
+}
+
+std::string LineBlock::wordAtCursor(int16_t session, size_t n) const {
+    uint32_t cursor = 0;
+    ORTH_GetBlockInfo(session, id, nullptr, nullptr, &cursor, nullptr);
+    return enc.sourceOf(line, cursor, cursor + n);
+}
