@@ -76,7 +76,7 @@ int16_t checkBlockWord(Session *session, uint32_t mask, const char *word, char *
 
 // The new block id 0 to 3; ORTH_BAD_SESSION_ID_ERR, ORTH_TOO_MANY_BLOCKS_ERR,
 // ORTH_OUT_OF_MEMORY_ERR, or BlockOpen's code, each logged, with no slot used.
-extern "C" int16_t ORTH_OpenBlock(int16_t sessionId, char *text, uint32_t length, uint32_t size,
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_OpenBlock(int16_t sessionId, char *text, uint32_t length, uint32_t size,
                                   uint16_t copy) noexcept {
     Session *s = sessionFor(sessionId, "ORTH_OpenBlock");
     if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
@@ -106,7 +106,7 @@ extern "C" int16_t ORTH_OpenBlock(int16_t sessionId, char *text, uint32_t length
 }
 
 // 0, or ORTH_BAD_SESSION_ID_ERR / ORTH_BAD_BLOCK_ID_ERR (logged).
-extern "C" int16_t ORTH_CloseBlock(int16_t sessionId, int16_t blockId) noexcept {
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_CloseBlock(int16_t sessionId, int16_t blockId) noexcept {
     Session *s;
     TextBlock *block;
     int16_t rc = findBlock(sessionId, blockId, "ORTH_CloseBlock", &s, &block);
@@ -119,7 +119,7 @@ extern "C" int16_t ORTH_CloseBlock(int16_t sessionId, int16_t blockId) noexcept 
 // `word`), ORTH_CHK_END_OF_BLOCK when the text holds no further word worth
 // reporting, ORTH_BAD_SESSION_ID_ERR / ORTH_BAD_BLOCK_ID_ERR (logged), or
 // ORTH_BUFFER_TOO_SMALL_ERR (logged) for a word buffer of size 0.
-extern "C" int16_t ORTH_CheckBlock(int16_t sessionId, int16_t blockId, uint32_t mask, char *word,
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_CheckBlock(int16_t sessionId, int16_t blockId, uint32_t mask, char *word,
                                    uint16_t wordSize, char *replacement,
                                    uint16_t replacementSize) noexcept {
     Session *s;
@@ -151,40 +151,40 @@ extern "C" int16_t ORTH_CheckBlock(int16_t sessionId, int16_t blockId, uint32_t 
 // The calls below validate the session and block ids (ORTH_BAD_SESSION_ID_ERR,
 // ORTH_BAD_BLOCK_ID_ERR, each logged with the call's name) and otherwise
 // return the block operation's result unchanged (see block/block.h).
-extern "C" int16_t ORTH_NextBlockWord(int16_t sessionId, int16_t blockId) noexcept {
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_NextBlockWord(int16_t sessionId, int16_t blockId) noexcept {
     TextBlock *block;
     int16_t rc = findBlock(sessionId, blockId, "ORTH_NextBlockWord", nullptr, &block);
     return rc < 0 ? rc : BlockNextWord(block);
 }
 
-extern "C" int16_t ORTH_GetBlockWord(int16_t sessionId, int16_t blockId, char *buffer,
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_GetBlockWord(int16_t sessionId, int16_t blockId, char *buffer,
                                      uint16_t size) noexcept {
     TextBlock *block;
     int16_t rc = findBlock(sessionId, blockId, "ORTH_GetBlockWord", nullptr, &block);
     return rc < 0 ? rc : BlockGetWord(block, buffer, size);
 }
 
-extern "C" int16_t ORTH_ReplaceBlockWord(int16_t sessionId, int16_t blockId,
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_ReplaceBlockWord(int16_t sessionId, int16_t blockId,
                                          const char *newWord) noexcept {
     TextBlock *block;
     int16_t rc = findBlock(sessionId, blockId, "ORTH_ReplaceBlockWord", nullptr, &block);
     return rc < 0 ? rc : BlockReplaceWord(block, newWord);
 }
 
-extern "C" int16_t ORTH_DelBlockWord(int16_t sessionId, int16_t blockId) noexcept {
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_DelBlockWord(int16_t sessionId, int16_t blockId) noexcept {
     TextBlock *block;
     int16_t rc = findBlock(sessionId, blockId, "ORTH_DelBlockWord", nullptr, &block);
     return rc < 0 ? rc : BlockDeleteWord(block);
 }
 
-extern "C" int32_t ORTH_GetBlock(int16_t sessionId, int16_t blockId, char *buffer,
+extern "C" ORTH_API int32_t ORTH_CALL ORTH_GetBlock(int16_t sessionId, int16_t blockId, char *buffer,
                                  uint32_t size) noexcept {
     TextBlock *block;
     int16_t rc = findBlock(sessionId, blockId, "ORTH_GetBlock", nullptr, &block);
     return rc < 0 ? rc : BlockGetText(block, buffer, size);
 }
 
-extern "C" int16_t ORTH_GetBlockInfo(int16_t sessionId, int16_t blockId, uint32_t *length,
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_GetBlockInfo(int16_t sessionId, int16_t blockId, uint32_t *length,
                                      uint32_t *size, uint32_t *cursor,
                                      uint32_t *wordCount) noexcept {
     TextBlock *block;
@@ -192,7 +192,7 @@ extern "C" int16_t ORTH_GetBlockInfo(int16_t sessionId, int16_t blockId, uint32_
     return rc < 0 ? rc : BlockGetInfo(block, length, size, cursor, wordCount);
 }
 
-extern "C" int16_t ORTH_SetBlockCursor(int16_t sessionId, int16_t blockId,
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_SetBlockCursor(int16_t sessionId, int16_t blockId,
                                        uint32_t cursor) noexcept {
     TextBlock *block;
     int16_t rc = findBlock(sessionId, blockId, "ORTH_SetBlockCursor", nullptr, &block);

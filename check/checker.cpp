@@ -289,7 +289,7 @@ int16_t checkWord(Session *session, uint32_t mask, const char *word, char *repla
 // ORTH_BAD_SESSION_ID_ERR for an unknown session (logged); ORTH_INVALID_WORD_ERR
 // for a null word (logged); otherwise the check result under the session's
 // mask or-ed with the caller's. A null replacement buffer counts as size 0.
-extern "C" int16_t ORTH_CheckWord(int16_t sessionId, uint32_t mask, const char *word,
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_CheckWord(int16_t sessionId, uint32_t mask, const char *word,
                                   char *replacement, uint16_t replacementSize) noexcept {
     Session *session = sessionFor(sessionId, "ORTH_CheckWord");
     if (session == nullptr) return ORTH_BAD_SESSION_ID_ERR;

@@ -373,7 +373,7 @@ int16_t collectSuggestions(Session *session, const char *word, int16_t depth, Su
 // the buffer then holding the ones that did. A null buffer counts as size 0:
 // nothing is written, and any suggestion makes the buffer too small.
 // A maximum of 0 gives an empty list.
-extern "C" int16_t ORTH_Suggest(int16_t sessionId, const char *word, int16_t depth, char *buffer,
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_Suggest(int16_t sessionId, const char *word, int16_t depth, char *buffer,
                                 int32_t size, int16_t *scores, uint16_t maxSuggestions) noexcept {
     Session *session = sessionFor(sessionId, "ORTH_Suggest");
     if (session == nullptr) return ORTH_BAD_SESSION_ID_ERR;

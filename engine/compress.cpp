@@ -23,7 +23,7 @@ void discardCompression(Session *s) {
 
 // 0; ORTH_BAD_SESSION_ID_ERR; ORTH_OUT_OF_MEMORY_ERR; LexSqInit's codes, after
 // which no compression is in progress.
-extern "C" int16_t ORTH_CompressLexInit(int16_t sessionId, const char *outputPath,
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_CompressLexInit(int16_t sessionId, const char *outputPath,
                                         const char *suffixPath, uint16_t language,
                                         uint16_t charSet, uint32_t *lineNumber) noexcept {
     Session *s = sessionFor(sessionId, "ORTH_CompressLexInit");
@@ -43,7 +43,7 @@ extern "C" int16_t ORTH_CompressLexInit(int16_t sessionId, const char *outputPat
 // 0; ORTH_BAD_SESSION_ID_ERR; ORTH_UNSUPPORTED_ACTION_ERR without a
 // compression in progress; LexSqFile's codes, after which the compression
 // stays in progress with what was accepted.
-extern "C" int16_t ORTH_CompressLexFile(int16_t sessionId, const char *wordFile,
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_CompressLexFile(int16_t sessionId, const char *wordFile,
                                         uint32_t *lineNumber) noexcept {
     Session *s = sessionFor(sessionId, "ORTH_CompressLexFile");
     if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
@@ -56,7 +56,7 @@ extern "C" int16_t ORTH_CompressLexFile(int16_t sessionId, const char *wordFile,
 
 // 0 (also without a compression in progress); ORTH_BAD_SESSION_ID_ERR;
 // LexSqEnd's codes. The compression ends either way.
-extern "C" int16_t ORTH_CompressLexEnd(int16_t sessionId) noexcept {
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_CompressLexEnd(int16_t sessionId) noexcept {
     Session *s = sessionFor(sessionId, "ORTH_CompressLexEnd");
     if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
     if (s->compress == nullptr) return 0;
@@ -65,7 +65,7 @@ extern "C" int16_t ORTH_CompressLexEnd(int16_t sessionId) noexcept {
     return rc;
 }
 
-extern "C" void ORTH_CompressLexAbort(int16_t sessionId) noexcept {
+extern "C" ORTH_API void ORTH_CALL ORTH_CompressLexAbort(int16_t sessionId) noexcept {
     Session *s = sessionFor(sessionId, "ORTH_CompressLexAbort");
     if (s == nullptr || s->compress == nullptr) return;
     discardCompression(s);

@@ -58,7 +58,7 @@ void logCorruptAt(const char *file, int line, const char *format, ...) {
 
 bool engineLogOn() { return debugFileName[0] != '\0'; }
 
-extern "C" void ORTH_SetDebugFile(const char *fileName) noexcept {
+extern "C" ORTH_API void ORTH_CALL ORTH_SetDebugFile(const char *fileName) noexcept {
     if (fileName == nullptr) {
         if (engineLogOn()) logDateLine("stopped");
         debugFileName[0] = '\0';

@@ -8,7 +8,7 @@
 #include "engine/session.h"
 #include "orth.h"
 
-extern "C" int32_t ORTH_SetOption(int16_t sessionId, uint32_t optionId, uint32_t value) noexcept {
+extern "C" ORTH_API int32_t ORTH_CALL ORTH_SetOption(int16_t sessionId, uint32_t optionId, uint32_t value) noexcept {
     Session *s = sessionFor(sessionId, "ORTH_SetOption");
     if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
     int32_t previous;
@@ -26,7 +26,7 @@ extern "C" int32_t ORTH_SetOption(int16_t sessionId, uint32_t optionId, uint32_t
     return previous;
 }
 
-extern "C" int32_t ORTH_GetOption(int16_t sessionId, uint32_t optionId) noexcept {
+extern "C" ORTH_API int32_t ORTH_CALL ORTH_GetOption(int16_t sessionId, uint32_t optionId) noexcept {
     Session *s = sessionFor(sessionId, "ORTH_GetOption");
     if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
     if (optionId == ORTH_CHARSET_OPT) return s->charSet;

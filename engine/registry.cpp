@@ -62,7 +62,7 @@ void closeLexSlot(Session *session, int16_t lexId) {
 // missing or null file name; ORTH_TOO_MANY_LEXICONS_ERR;
 // ORTH_OUT_OF_MEMORY_ERR; ORTH_UNKNOWN_LEXICON_TYPE_ERR; or the failure of
 // the format module's probe or open.
-extern "C" int16_t ORTH_OpenLex(int16_t sessionId, const char *fileName, uint32_t memoryBudget) noexcept {
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_OpenLex(int16_t sessionId, const char *fileName, uint32_t memoryBudget) noexcept {
     Session *s = sessionFor(sessionId, "ORTH_OpenLex");
     if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
     if (fileName == nullptr) {
@@ -116,7 +116,7 @@ extern "C" int16_t ORTH_OpenLex(int16_t sessionId, const char *fileName, uint32_
 // ORTH_OUT_OF_MEMORY_ERR; or the text lexicon's ORTH_LEXICON_EXISTS_ERR,
 // ORTH_FILE_NOT_FOUND_ERR or ORTH_FILE_WRITE_ERR. A null or empty file name
 // makes a temporary lexicon that lives in memory only.
-extern "C" int16_t ORTH_CreateLex(int16_t sessionId, const char *fileName, int16_t type,
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_CreateLex(int16_t sessionId, const char *fileName, int16_t type,
                                   uint16_t language) noexcept {
     Session *s = sessionFor(sessionId, "ORTH_CreateLex");
     if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
@@ -148,7 +148,7 @@ extern "C" int16_t ORTH_CreateLex(int16_t sessionId, const char *fileName, int16
     return slot;
 }
 
-extern "C" int16_t ORTH_CloseLex(int16_t sessionId, int16_t lexId) noexcept {
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_CloseLex(int16_t sessionId, int16_t lexId) noexcept {
     Session *s = sessionFor(sessionId, "ORTH_CloseLex");
     if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
     if (lexFor(s, lexId, "ORTH_CloseLex") == nullptr) return ORTH_BAD_LEXICON_ID_ERR;
@@ -160,7 +160,7 @@ extern "C" int16_t ORTH_CloseLex(int16_t sessionId, int16_t lexId) noexcept {
 // ORTH_READ_ONLY_LEXICON_ERR; ORTH_TWO_WORDS_REQUIRED_ERR for a change
 // lexicon without a replacement; ORTH_INVALID_WORD_ERR for a null word; or
 // the text lexicon's failure (the change may then be in memory only).
-extern "C" int16_t ORTH_AddToLex(int16_t sessionId, int16_t lexId, const char *word,
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_AddToLex(int16_t sessionId, int16_t lexId, const char *word,
                                  const char *replacement) noexcept {
     Session *s = sessionFor(sessionId, "ORTH_AddToLex");
     if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
@@ -185,7 +185,7 @@ extern "C" int16_t ORTH_AddToLex(int16_t sessionId, int16_t lexId, const char *w
 // 0; ORTH_BAD_SESSION_ID_ERR; ORTH_BAD_LEXICON_ID_ERR;
 // ORTH_READ_ONLY_LEXICON_ERR; ORTH_INVALID_WORD_ERR for a null word; or the
 // text lexicon's failure, ORTH_WORD_NOT_FOUND_ERR when the word is absent.
-extern "C" int16_t ORTH_DelFromLex(int16_t sessionId, int16_t lexId, const char *word) noexcept {
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_DelFromLex(int16_t sessionId, int16_t lexId, const char *word) noexcept {
     Session *s = sessionFor(sessionId, "ORTH_DelFromLex");
     if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
     int16_t rc = 0;
@@ -201,7 +201,7 @@ extern "C" int16_t ORTH_DelFromLex(int16_t sessionId, int16_t lexId, const char 
 
 // 0; ORTH_BAD_SESSION_ID_ERR; ORTH_BAD_LEXICON_ID_ERR;
 // ORTH_READ_ONLY_LEXICON_ERR; or the text lexicon's save failure.
-extern "C" int16_t ORTH_ClearLex(int16_t sessionId, int16_t lexId) noexcept {
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_ClearLex(int16_t sessionId, int16_t lexId) noexcept {
     Session *s = sessionFor(sessionId, "ORTH_ClearLex");
     if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
     int16_t rc = 0;
@@ -214,7 +214,7 @@ extern "C" int16_t ORTH_ClearLex(int16_t sessionId, int16_t lexId) noexcept {
 // The number of entries copied; ORTH_BAD_SESSION_ID_ERR;
 // ORTH_BAD_LEXICON_ID_ERR; ORTH_UNSUPPORTED_ACTION_ERR for a compressed
 // lexicon; ORTH_BUFFER_TOO_SMALL_ERR (also for a null buffer).
-extern "C" int32_t ORTH_GetLex(int16_t sessionId, int16_t lexId, char *buffer, uint32_t size) noexcept {
+extern "C" ORTH_API int32_t ORTH_CALL ORTH_GetLex(int16_t sessionId, int16_t lexId, char *buffer, uint32_t size) noexcept {
     Session *s = sessionFor(sessionId, "ORTH_GetLex");
     if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
     LexEntry *lex = lexFor(s, lexId, "ORTH_GetLex");
@@ -229,7 +229,7 @@ extern "C" int32_t ORTH_GetLex(int16_t sessionId, int16_t lexId, char *buffer, u
 // 0; ORTH_BAD_SESSION_ID_ERR; ORTH_BAD_LEXICON_ID_ERR; or the text lexicon's
 // failure to size its image. Null out-pointers are skipped; the size is 0
 // for a compressed lexicon.
-extern "C" int16_t ORTH_GetLexInfo(int16_t sessionId, int16_t lexId, uint32_t *size, uint16_t *format,
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_GetLexInfo(int16_t sessionId, int16_t lexId, uint32_t *size, uint16_t *format,
                                    uint16_t *type, uint16_t *language) noexcept {
     Session *s = sessionFor(sessionId, "ORTH_GetLexInfo");
     if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;

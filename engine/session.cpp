@@ -40,7 +40,7 @@ const char *const kResultCodeNames[17] = {
 
 }  // namespace
 
-extern "C" const char *resultCodeName(int16_t rc) noexcept {
+extern "C" ORTH_API const char *ORTH_CALL resultCodeName(int16_t rc) noexcept {
     if (rc > 0 || rc < -16) return "Unknown result code";
     return kResultCodeNames[-rc];
 }
@@ -63,7 +63,7 @@ LexEntry *lexFor(Session *session, int16_t lexId, const char *function) {
 
 void setBlockCloser(BlockCloser closer) { blockCloser = closer; }
 
-extern "C" int16_t ORTH_OpenSession(void) noexcept {
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_OpenSession(void) noexcept {
     int16_t slot = 0;
     while (slot < kMaxSessions && sessionTable[slot] != nullptr) ++slot;
     if (slot == kMaxSessions) {
@@ -84,7 +84,7 @@ extern "C" int16_t ORTH_OpenSession(void) noexcept {
     return slot;
 }
 
-extern "C" int16_t ORTH_CloseSession(int16_t sessionId) noexcept {
+extern "C" ORTH_API int16_t ORTH_CALL ORTH_CloseSession(int16_t sessionId) noexcept {
     Session *s = sessionFor(sessionId, "ORTH_CloseSession");
     if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
     for (int16_t id = 0; id < kMaxLexPerSession; ++id) {
@@ -104,7 +104,7 @@ extern "C" int16_t ORTH_CloseSession(int16_t sessionId) noexcept {
     return 0;
 }
 
-extern "C" void ORTH_Version(uint16_t *major, uint16_t *minor) noexcept {
+extern "C" ORTH_API void ORTH_CALL ORTH_Version(uint16_t *major, uint16_t *minor) noexcept {
     if (major != nullptr) *major = ORTH_VERSION_MAJOR;
     if (minor != nullptr) *minor = ORTH_VERSION_MINOR;
 }

@@ -103,60 +103,81 @@ extern "C" {
 #define ORTH_NOTHROW
 #endif
 
+/* Linkage and calling convention of every function of the C interface.
+ * ORTH_API marks a function the shared library exports (on Windows a .def
+ * file names the exports, so it is empty there); ORTH_CALL is WINAPI
+ * (__stdcall) on Windows, as 32-bit hosts expect, and empty elsewhere. */
+#ifndef ORTH_API
+#if defined(_WIN32)
+#define ORTH_API
+#elif defined(__GNUC__)
+#define ORTH_API __attribute__((visibility("default")))
+#else
+#define ORTH_API
+#endif
+#endif
+#ifndef ORTH_CALL
+#ifdef _WIN32
+#define ORTH_CALL __stdcall
+#else
+#define ORTH_CALL
+#endif
+#endif
+
 /* Sessions and results. */
-int16_t ORTH_OpenSession(void) ORTH_NOTHROW;
-int16_t ORTH_CloseSession(int16_t sessionId) ORTH_NOTHROW;
-void ORTH_Version(uint16_t *major, uint16_t *minor) ORTH_NOTHROW;
+ORTH_API int16_t ORTH_CALL ORTH_OpenSession(void) ORTH_NOTHROW;
+ORTH_API int16_t ORTH_CALL ORTH_CloseSession(int16_t sessionId) ORTH_NOTHROW;
+ORTH_API void ORTH_CALL ORTH_Version(uint16_t *major, uint16_t *minor) ORTH_NOTHROW;
 /* Name of a result code ("Ok.", "ORTH_TOO_MANY_SESSIONS_ERR", ...); codes
  * outside 0 to -16 give "Unknown result code". Never null. */
-const char *resultCodeName(int16_t rc) ORTH_NOTHROW;
+ORTH_API const char *ORTH_CALL resultCodeName(int16_t rc) ORTH_NOTHROW;
 
 /* Options. */
-int32_t ORTH_SetOption(int16_t sessionId, uint32_t optionId, uint32_t value) ORTH_NOTHROW;
-int32_t ORTH_GetOption(int16_t sessionId, uint32_t optionId) ORTH_NOTHROW;
+ORTH_API int32_t ORTH_CALL ORTH_SetOption(int16_t sessionId, uint32_t optionId, uint32_t value) ORTH_NOTHROW;
+ORTH_API int32_t ORTH_CALL ORTH_GetOption(int16_t sessionId, uint32_t optionId) ORTH_NOTHROW;
 
 /* Diagnostic log: a file name turns it on, null or "" turns it off. */
-void ORTH_SetDebugFile(const char *fileName) ORTH_NOTHROW;
+ORTH_API void ORTH_CALL ORTH_SetDebugFile(const char *fileName) ORTH_NOTHROW;
 
 /* Lexicon registry. */
-int16_t ORTH_OpenLex(int16_t sessionId, const char *fileName, uint32_t memoryBudget) ORTH_NOTHROW;
-int16_t ORTH_CreateLex(int16_t sessionId, const char *fileName, int16_t type, uint16_t language) ORTH_NOTHROW;
-int16_t ORTH_CloseLex(int16_t sessionId, int16_t lexId) ORTH_NOTHROW;
-int16_t ORTH_AddToLex(int16_t sessionId, int16_t lexId, const char *word, const char *replacement) ORTH_NOTHROW;
-int16_t ORTH_DelFromLex(int16_t sessionId, int16_t lexId, const char *word) ORTH_NOTHROW;
-int16_t ORTH_ClearLex(int16_t sessionId, int16_t lexId) ORTH_NOTHROW;
-int32_t ORTH_GetLex(int16_t sessionId, int16_t lexId, char *buffer, uint32_t size) ORTH_NOTHROW;
-int16_t ORTH_GetLexInfo(int16_t sessionId, int16_t lexId, uint32_t *size, uint16_t *format,
+ORTH_API int16_t ORTH_CALL ORTH_OpenLex(int16_t sessionId, const char *fileName, uint32_t memoryBudget) ORTH_NOTHROW;
+ORTH_API int16_t ORTH_CALL ORTH_CreateLex(int16_t sessionId, const char *fileName, int16_t type, uint16_t language) ORTH_NOTHROW;
+ORTH_API int16_t ORTH_CALL ORTH_CloseLex(int16_t sessionId, int16_t lexId) ORTH_NOTHROW;
+ORTH_API int16_t ORTH_CALL ORTH_AddToLex(int16_t sessionId, int16_t lexId, const char *word, const char *replacement) ORTH_NOTHROW;
+ORTH_API int16_t ORTH_CALL ORTH_DelFromLex(int16_t sessionId, int16_t lexId, const char *word) ORTH_NOTHROW;
+ORTH_API int16_t ORTH_CALL ORTH_ClearLex(int16_t sessionId, int16_t lexId) ORTH_NOTHROW;
+ORTH_API int32_t ORTH_CALL ORTH_GetLex(int16_t sessionId, int16_t lexId, char *buffer, uint32_t size) ORTH_NOTHROW;
+ORTH_API int16_t ORTH_CALL ORTH_GetLexInfo(int16_t sessionId, int16_t lexId, uint32_t *size, uint16_t *format,
                         uint16_t *type, uint16_t *language) ORTH_NOTHROW;
 
 /* Compressor. Line numbers are 32-bit: word lists run to hundreds of
  * thousands of lines. */
-int16_t ORTH_CompressLexInit(int16_t sessionId, const char *outputPath, const char *suffixPath,
+ORTH_API int16_t ORTH_CALL ORTH_CompressLexInit(int16_t sessionId, const char *outputPath, const char *suffixPath,
                              uint16_t language, uint16_t charSet, uint32_t *lineNumber) ORTH_NOTHROW;
-int16_t ORTH_CompressLexFile(int16_t sessionId, const char *wordFile, uint32_t *lineNumber) ORTH_NOTHROW;
-int16_t ORTH_CompressLexEnd(int16_t sessionId) ORTH_NOTHROW;
-void ORTH_CompressLexAbort(int16_t sessionId) ORTH_NOTHROW;
+ORTH_API int16_t ORTH_CALL ORTH_CompressLexFile(int16_t sessionId, const char *wordFile, uint32_t *lineNumber) ORTH_NOTHROW;
+ORTH_API int16_t ORTH_CALL ORTH_CompressLexEnd(int16_t sessionId) ORTH_NOTHROW;
+ORTH_API void ORTH_CALL ORTH_CompressLexAbort(int16_t sessionId) ORTH_NOTHROW;
 
 /* Checking and suggestions. */
-int16_t ORTH_CheckWord(int16_t sessionId, uint32_t mask, const char *word, char *replacement,
+ORTH_API int16_t ORTH_CALL ORTH_CheckWord(int16_t sessionId, uint32_t mask, const char *word, char *replacement,
                        uint16_t replacementSize) ORTH_NOTHROW;
-int16_t ORTH_Suggest(int16_t sessionId, const char *word, int16_t depth, char *buffer,
+ORTH_API int16_t ORTH_CALL ORTH_Suggest(int16_t sessionId, const char *word, int16_t depth, char *buffer,
                      int32_t size, int16_t *scores, uint16_t maxSuggestions) ORTH_NOTHROW;
 
 /* Text blocks. */
-int16_t ORTH_OpenBlock(int16_t sessionId, char *text, uint32_t length, uint32_t size,
+ORTH_API int16_t ORTH_CALL ORTH_OpenBlock(int16_t sessionId, char *text, uint32_t length, uint32_t size,
                        uint16_t copy) ORTH_NOTHROW;
-int16_t ORTH_CloseBlock(int16_t sessionId, int16_t blockId) ORTH_NOTHROW;
-int16_t ORTH_CheckBlock(int16_t sessionId, int16_t blockId, uint32_t mask, char *word,
+ORTH_API int16_t ORTH_CALL ORTH_CloseBlock(int16_t sessionId, int16_t blockId) ORTH_NOTHROW;
+ORTH_API int16_t ORTH_CALL ORTH_CheckBlock(int16_t sessionId, int16_t blockId, uint32_t mask, char *word,
                         uint16_t wordSize, char *replacement, uint16_t replacementSize) ORTH_NOTHROW;
-int16_t ORTH_NextBlockWord(int16_t sessionId, int16_t blockId) ORTH_NOTHROW;
-int16_t ORTH_GetBlockWord(int16_t sessionId, int16_t blockId, char *buffer, uint16_t size) ORTH_NOTHROW;
-int16_t ORTH_ReplaceBlockWord(int16_t sessionId, int16_t blockId, const char *newWord) ORTH_NOTHROW;
-int16_t ORTH_DelBlockWord(int16_t sessionId, int16_t blockId) ORTH_NOTHROW;
-int32_t ORTH_GetBlock(int16_t sessionId, int16_t blockId, char *buffer, uint32_t size) ORTH_NOTHROW;
-int16_t ORTH_GetBlockInfo(int16_t sessionId, int16_t blockId, uint32_t *length, uint32_t *size,
+ORTH_API int16_t ORTH_CALL ORTH_NextBlockWord(int16_t sessionId, int16_t blockId) ORTH_NOTHROW;
+ORTH_API int16_t ORTH_CALL ORTH_GetBlockWord(int16_t sessionId, int16_t blockId, char *buffer, uint16_t size) ORTH_NOTHROW;
+ORTH_API int16_t ORTH_CALL ORTH_ReplaceBlockWord(int16_t sessionId, int16_t blockId, const char *newWord) ORTH_NOTHROW;
+ORTH_API int16_t ORTH_CALL ORTH_DelBlockWord(int16_t sessionId, int16_t blockId) ORTH_NOTHROW;
+ORTH_API int32_t ORTH_CALL ORTH_GetBlock(int16_t sessionId, int16_t blockId, char *buffer, uint32_t size) ORTH_NOTHROW;
+ORTH_API int16_t ORTH_CALL ORTH_GetBlockInfo(int16_t sessionId, int16_t blockId, uint32_t *length, uint32_t *size,
                           uint32_t *cursor, uint32_t *wordCount) ORTH_NOTHROW;
-int16_t ORTH_SetBlockCursor(int16_t sessionId, int16_t blockId, uint32_t cursor) ORTH_NOTHROW;
+ORTH_API int16_t ORTH_CALL ORTH_SetBlockCursor(int16_t sessionId, int16_t blockId, uint32_t cursor) ORTH_NOTHROW;
 
 #ifdef __cplusplus
 }
