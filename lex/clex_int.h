@@ -88,10 +88,14 @@ int32_t findSegment(const CLexState *state, uint8_t k0, uint8_t k1);
 struct CLexBlockSpan {
     uint32_t first;   // offset in text of the block's first word
     uint32_t end;     // and one past its last
+    uint16_t index;   // the number of words before the block
     uint8_t third;    // the block's third byte
 };
 struct CLexWordTable {
-    const uint8_t *text;     // per word: its length, its bytes, a zero; segment order
+    // Per word, in segment order: its length, the length of the prefix it
+    // shares with the word before it (0 for the segment's first), its bytes
+    // and a zero. tableWord and tableNext read it.
+    const uint8_t *text;
     uint32_t textSize;
     const CLexBlockSpan *blocks;
     uint16_t blockCount;
@@ -104,8 +108,21 @@ struct CLexWordTable {
     uint32_t *folded;
     uint32_t foldedMask;
     int16_t foldRow;
+    // One value per word for a caller above (the candidate search's sound
+    // keys), built on request and named by valuesKind (0: none).
+    uint32_t *values;
+    uint32_t valuesKind;
     uint32_t bytes;          // all memory the table holds
 };
+
+// The word at offset at of a table's text, its length, the prefix it shares
+// with the word before, and the offset of the next word.
+inline const char *tableWord(const CLexWordTable *t, uint32_t at) {
+    return reinterpret_cast<const char *>(t->text + at + 2);
+}
+inline uint32_t tableLength(const CLexWordTable *t, uint32_t at) { return t->text[at]; }
+inline uint32_t tableShared(const CLexWordTable *t, uint32_t at) { return t->text[at + 1]; }
+inline uint32_t tableNext(const CLexWordTable *t, uint32_t at) { return at + t->text[at] + 3u; }
 
 // Builds and attaches the table of a segment whose data was just loaded,
 // making room within the budget by dropping the tables of the least
@@ -122,6 +139,14 @@ uint32_t foldedHash(const char *word, int row);
 // found, 0 not, -1 when there is no folded index for the row and no room
 // to build one (the caller walks the data instead).
 int tableFindFolded(CLexState *state, uint16_t seg, const char *word, int row, uint32_t hash);
+// The span of the block of the table whose third byte is third, or false.
+bool tableBlock(const CLexWordTable *table, uint8_t third, CLexBlockSpan *span);
+// The table's per-word values of a kind, computing them with value(word,
+// length, context) for every word in order when the table holds another kind
+// or none; null when there is no room or memory for them.
+const uint32_t *tableValues(CLexState *state, uint16_t seg, uint32_t kind,
+                            uint32_t (*value)(const char *word, uint32_t length, void *context),
+                            void *context);
 // decodeSeg over the table: the same words in the same order, the same results.
 int tableVisit(const CLexWordTable *table, const char *word, bool sameThirdByte,
                DecodeVisitor visitor, void *context);

@@ -95,11 +95,8 @@ uint32_t slotsFor(uint32_t n) {
     return slots;
 }
 
-// The word whose length byte is at offset at of the text, and the next offset.
-const char *wordAt(const CLexWordTable *t, uint32_t at) {
-    return reinterpret_cast<const char *>(t->text + at + 1);
-}
-uint32_t nextWord(const CLexWordTable *t, uint32_t at) { return at + t->text[at] + 2u; }
+const char *wordAt(const CLexWordTable *t, uint32_t at) { return tableWord(t, at); }
+uint32_t nextWord(const CLexWordTable *t, uint32_t at) { return tableNext(t, at); }
 
 // Walks the segment's blocks and words as the decoder sees them, calling
 // onBlock(third) and onWord(buf, len) for each; false (silently) when the
@@ -140,7 +137,7 @@ CLexWordTable *buildTable(const CLexState *state, const CLexSeg &s) {
     bool clean = walkCleanly(
         state, s, [&](uint8_t) { return ++blocks <= 0xFFFF; },
         [&](const char *, uint32_t len) {
-            textBytes += len + 2;
+            textBytes += len + 3;
             return ++words <= 0xFFFF;
         });
     if (!clean || words == 0) return nullptr;
@@ -157,21 +154,30 @@ CLexWordTable *buildTable(const CLexState *state, const CLexSeg &s) {
     auto *exact = reinterpret_cast<uint32_t *>(mem + offExact);
     auto *spans = reinterpret_cast<CLexBlockSpan *>(mem + offBlocks);
     uint8_t *text = mem + offText;
-    uint32_t at = 0, b = 0;
+    uint32_t at = 0, b = 0, n = 0;
+    const uint8_t *prev = nullptr;
     walkCleanly(
         state, s,
         [&](uint8_t third) {
             if (b > 0) spans[b - 1].end = at;
-            spans[b++] = CLexBlockSpan{at, at, third};
+            spans[b++] = CLexBlockSpan{at, at, static_cast<uint16_t>(n), third};
             return true;
         },
         [&](const char *word, uint32_t len) {
-            text[at] = static_cast<uint8_t>(len);
-            std::memcpy(text + at + 1, word, len + 1);
-            uint32_t h = hashBytes(text + at + 1, len) & (slots - 1);
+            uint8_t *entry = text + at;
+            uint32_t shared = 0;
+            if (prev != nullptr) {
+                while (prev[shared] != 0 && prev[shared] == static_cast<uint8_t>(word[shared])) ++shared;
+            }
+            entry[0] = static_cast<uint8_t>(len);
+            entry[1] = static_cast<uint8_t>(shared);
+            std::memcpy(entry + 2, word, len + 1);
+            prev = entry + 2;
+            uint32_t h = hashBytes(entry + 2, len) & (slots - 1);
             while (exact[h] != 0) h = (h + 1) & (slots - 1);
             exact[h] = at + 1;
-            at += len + 2;
+            at += len + 3;
+            ++n;
             return true;
         });
     spans[b - 1].end = at;
@@ -185,6 +191,8 @@ CLexWordTable *buildTable(const CLexState *state, const CLexSeg &s) {
     t->folded = nullptr;
     t->foldedMask = 0;
     t->foldRow = -1;
+    t->values = nullptr;
+    t->valuesKind = 0;
     t->bytes = static_cast<uint32_t>(total);
     return t;
 }
@@ -272,6 +280,7 @@ void dropWordTable(CLexState *state, CLexSeg *seg) {
     if (t == nullptr) return;
     state->tableBytes -= t->bytes;
     std::free(t->folded);
+    std::free(t->values);
     std::free(t);
     seg->table = nullptr;
 }
@@ -282,7 +291,7 @@ bool tableHolds(const CLexWordTable *t, const char *word, size_t len) {
         uint32_t slot = t->exact[h];
         if (slot == 0) return false;
         const uint8_t *entry = t->text + slot - 1;
-        if (entry[0] == len && sameBytes(entry + 1, w, len)) return true;
+        if (entry[0] == len && sameBytes(entry + 2, w, len)) return true;
     }
 }
 
@@ -300,17 +309,44 @@ int tableFindFolded(CLexState *state, uint16_t seg, const char *word, int row, u
     }
 }
 
+bool tableBlock(const CLexWordTable *t, uint8_t third, CLexBlockSpan *span) {
+    uint32_t b = 0;
+    while (b < t->blockCount && t->blocks[b].third < third) ++b;
+    if (b == t->blockCount || t->blocks[b].third != third) return false;
+    *span = t->blocks[b];
+    return true;
+}
+
+const uint32_t *tableValues(CLexState *state, uint16_t seg, uint32_t kind,
+                            uint32_t (*value)(const char *word, uint32_t length, void *context),
+                            void *context) {
+    CLexWordTable *t = state->segs[seg].table;
+    if (t->valuesKind == kind) return t->values;
+    const uint32_t need = t->wordCount * sizeof(uint32_t);
+    if (t->values == nullptr) {
+        if (!reserveTableBytes(state, seg, need)) return nullptr;
+        t->values = static_cast<uint32_t *>(std::malloc(need));
+        if (t->values == nullptr) return nullptr;
+        t->bytes += need;
+        state->tableBytes += need;
+    }
+    uint32_t i = 0;
+    for (uint32_t at = 0; at < t->textSize; at = nextWord(t, at)) {
+        t->values[i++] = value(wordAt(t, at), tableLength(t, at), context);
+    }
+    t->valuesKind = kind;
+    return t->values;
+}
+
 int tableVisit(const CLexWordTable *t, const char *word, bool sameThirdByte, DecodeVisitor visitor,
                void *context) {
     uint32_t first = 0, end = t->textSize;
     if (sameThirdByte) {
         auto *w = reinterpret_cast<const uint8_t *>(word);
-        const uint8_t third = (w[0] != 0 && w[1] != 0) ? w[2] : 0;
-        uint32_t b = 0;
-        while (b < t->blockCount && t->blocks[b].third < third) ++b;
-        if (b == t->blockCount || t->blocks[b].third != third) return 0;
-        first = t->blocks[b].first;
-        end = t->blocks[b].end;
+        CLexBlockSpan span;
+        if (!tableBlock(t, (w[0] != 0 && w[1] != 0) ? w[2] : 0, &span)) return 0;
+        first = span.first;
+        end = span.end;
     }
     for (uint32_t at = first; at < end; at = nextWord(t, at)) {
         const char *decoded = wordAt(t, at);
