@@ -16,6 +16,7 @@
 //     prefix a word shares with the one before, and the phonetic scorer
 //     passes over words whose sound key differs from the word's, which it
 //     would score 0.
+#include <algorithm>
 #include <cstring>
 
 #include "check/chartab.h"
@@ -80,13 +81,12 @@ constexpr uint32_t kSoundHashes = 0x534E4431;  // the kind of tableValues held: 
 void walkTable(CLexState *state, uint16_t seg, const char *word, bool sameThirdByte,
                LevelVisit *visit) {
     const CLexWordTable *t = state->segs[seg].table;
-    uint32_t at = 0, end = t->textSize, index = 0;
+    uint32_t at = 0, end = t->textSize;
     if (sameThirdByte) {
         CLexBlockSpan span;
         if (!tableBlock(t, static_cast<uint8_t>(word[2]), &span)) return;
         at = span.first;
         end = span.end;
-        index = span.index;
     }
     const Scorer &scorer = *visit->scorer;
     if (scorer.measure == kTypographical) {
@@ -115,11 +115,22 @@ void walkTable(CLexState *state, uint16_t seg, const char *word, bool sameThirdB
         }
         return;
     }
-    const uint32_t *sounds = tableValues(state, seg, kSoundHashes, soundHash, nullptr);
-    const uint32_t wordSound = keyHash(scorer.wordKey);
-    for (; at < end; at = tableNext(t, at), ++index) {
-        if (sounds != nullptr && sounds[index] != wordSound) continue;
-        const char *candidate = tableWord(t, at);
+    const uint64_t *sounds = tableValues(state, seg, kSoundHashes, soundHash, nullptr);
+    if (sounds == nullptr) {
+        for (; at < end; at = tableNext(t, at)) {
+            const char *candidate = tableWord(t, at);
+            offer(visit, candidate, scoreCandidate(scorer, candidate, floorOf(*visit)));
+        }
+        return;
+    }
+    // Only the words of the word's sound key are scored, found by their
+    // key's hash, in table order.
+    const uint64_t from = uint64_t{keyHash(scorer.wordKey)} << 32;
+    for (const uint64_t *p = std::lower_bound(sounds, sounds + t->wordCount, from);
+         p < sounds + t->wordCount && (*p >> 32) == (from >> 32); ++p) {
+        const auto offset = static_cast<uint32_t>(*p);
+        if (offset < at || offset >= end) continue;
+        const char *candidate = tableWord(t, offset);
         offer(visit, candidate, scoreCandidate(scorer, candidate, floorOf(*visit)));
     }
 }

@@ -88,7 +88,6 @@ int32_t findSegment(const CLexState *state, uint8_t k0, uint8_t k1);
 struct CLexBlockSpan {
     uint32_t first;   // offset in text of the block's first word
     uint32_t end;     // and one past its last
-    uint16_t index;   // the number of words before the block
     uint8_t third;    // the block's third byte
 };
 struct CLexWordTable {
@@ -108,9 +107,11 @@ struct CLexWordTable {
     uint32_t *folded;
     uint32_t foldedMask;
     int16_t foldRow;
-    // One value per word for a caller above (the candidate search's sound
-    // keys), built on request and named by valuesKind (0: none).
-    uint32_t *values;
+    // The words grouped by a value that a caller above computes for each
+    // (the candidate search's sound keys), built on request and named by
+    // valuesKind (0: none): per word, its value << 32 | its offset in text,
+    // in ascending order, so words of one value come together in table order.
+    uint64_t *values;
     uint32_t valuesKind;
     uint32_t bytes;          // all memory the table holds
 };
@@ -141,10 +142,11 @@ uint32_t foldedHash(const char *word, int row);
 int tableFindFolded(CLexState *state, uint16_t seg, const char *word, int row, uint32_t hash);
 // The span of the block of the table whose third byte is third, or false.
 bool tableBlock(const CLexWordTable *table, uint8_t third, CLexBlockSpan *span);
-// The table's per-word values of a kind, computing them with value(word,
-// length, context) for every word in order when the table holds another kind
-// or none; null when there is no room or memory for them.
-const uint32_t *tableValues(CLexState *state, uint16_t seg, uint32_t kind,
+// The table's words grouped by value (see CLexWordTable::values), for a
+// kind of value computed with value(word, length, context) for every word
+// when the table holds another kind or none; null when there is no room or
+// memory for them. wordCount entries.
+const uint64_t *tableValues(CLexState *state, uint16_t seg, uint32_t kind,
                             uint32_t (*value)(const char *word, uint32_t length, void *context),
                             void *context);
 // decodeSeg over the table: the same words in the same order, the same results.

@@ -22,6 +22,7 @@
 //     segment goes without one. Dropping a table never drops data, so the
 //     eviction of segments follows the budget rule of loadSeg unchanged.
 // (3) state->tableBytes is the sum of the bytes of all attached tables.
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -160,7 +161,7 @@ CLexWordTable *buildTable(const CLexState *state, const CLexSeg &s) {
         state, s,
         [&](uint8_t third) {
             if (b > 0) spans[b - 1].end = at;
-            spans[b++] = CLexBlockSpan{at, at, static_cast<uint16_t>(n), third};
+            spans[b++] = CLexBlockSpan{at, at, third};
             return true;
         },
         [&](const char *word, uint32_t len) {
@@ -317,23 +318,24 @@ bool tableBlock(const CLexWordTable *t, uint8_t third, CLexBlockSpan *span) {
     return true;
 }
 
-const uint32_t *tableValues(CLexState *state, uint16_t seg, uint32_t kind,
+const uint64_t *tableValues(CLexState *state, uint16_t seg, uint32_t kind,
                             uint32_t (*value)(const char *word, uint32_t length, void *context),
                             void *context) {
     CLexWordTable *t = state->segs[seg].table;
     if (t->valuesKind == kind) return t->values;
-    const uint32_t need = t->wordCount * sizeof(uint32_t);
+    const uint32_t need = t->wordCount * sizeof(uint64_t);
     if (t->values == nullptr) {
         if (!reserveTableBytes(state, seg, need)) return nullptr;
-        t->values = static_cast<uint32_t *>(std::malloc(need));
+        t->values = static_cast<uint64_t *>(std::malloc(need));
         if (t->values == nullptr) return nullptr;
         t->bytes += need;
         state->tableBytes += need;
     }
     uint32_t i = 0;
     for (uint32_t at = 0; at < t->textSize; at = nextWord(t, at)) {
-        t->values[i++] = value(wordAt(t, at), tableLength(t, at), context);
+        t->values[i++] = (uint64_t{value(wordAt(t, at), tableLength(t, at), context)} << 32) | at;
     }
+    std::sort(t->values, t->values + t->wordCount);
     t->valuesKind = kind;
     return t->values;
 }
