@@ -429,8 +429,8 @@ int compareBytes(const char *a, const char *b) {
 }
 
 size_t copyWord(char dst[kWordBufSize], const char *src) {
-    size_t n = 0;
-    while (n < kMaxWordLen && src[n] != '\0') { dst[n] = src[n]; ++n; }
+    const size_t n = strnlen(src, kMaxWordLen);
+    std::memmove(dst, src, n);
     dst[n] = '\0';
     return n;
 }

@@ -29,34 +29,47 @@
 
 namespace {
 
-// The session's open lexicons in slot order, gathered once per check.
+// The session's open lexicons in slot order, gathered once per check. An
+// empty text lexicon holds no word, so it can neither decide a lookup nor
+// write a replacement, and is left out.
 struct LexList {
     const LexEntry *lex[kMaxLexPerSession];
     int16_t slot[kMaxLexPerSession];
     int count;
-    int texts;   // how many are text lexicons (the only ones that write a replacement)
+    int texts;            // how many are text lexicons (the only ones that write a replacement)
+    uint32_t evictions;   // segments the compressed ones had evicted when gathered
 };
 
 // Index of the lowest set bit of a nonzero value.
 int16_t lowestBit(uint32_t v) {
+#if defined(__GNUC__)
+    return static_cast<int16_t>(__builtin_ctz(v));
+#else
     int16_t n = 0;
     while ((v & 1) == 0) {
         v >>= 1;
         ++n;
     }
     return n;
+#endif
 }
 
 void gatherLexicons(const Session *session, LexList *list) {
     list->count = 0;
     list->texts = 0;
+    list->evictions = 0;
     for (uint32_t open = session->openSlots; open != 0; open &= open - 1) {
         int16_t slot = lowestBit(open);
         const LexEntry *lex = session->lexicons[slot];
+        if (lex->format == ORTH_TEXT_LEX_FORMAT) {
+            if (lex->tlex.count == 0) continue;
+            ++list->texts;
+        } else if (lex->format == ORTH_COMPRESSED_LEX_FORMAT) {
+            list->evictions += lex->clex.evictions;
+        }
         list->lex[list->count] = lex;
         list->slot[list->count] = slot;
         ++list->count;
-        list->texts += lex->format == ORTH_TEXT_LEX_FORMAT;
     }
 }
 
@@ -257,12 +270,12 @@ void checkSpelling(CheckCall &call, const char *callerWord, const char *word, si
         *result |= ORTH_CHK_MISSPELLED;
         return;
     }
-    const uint32_t evicted = evictionsSoFar(call.lexicons);
     int16_t r = lookupIn(call, call.options, word, len);
     const int16_t first = r;
     bool found = !(r & 1);
-    // The lookup repeats exactly while nothing it met failed or moved.
-    bool repeatable = !call.failureLogged && evictionsSoFar(call.lexicons) == evicted;
+    // The lookup repeats exactly while nothing it met failed or moved (the
+    // lexicons were gathered just before it).
+    bool repeatable = !found && !call.failureLogged && evictionsSoFar(call.lexicons) == call.lexicons.evictions;
     if (!found && (mask & ORTH_SPLIT_WORDS_OPT)) {
         found = splitRunOfWords(call, word, &r);
         repeatable = false;  // its lookups may have changed the replacement
@@ -352,16 +365,19 @@ int16_t checkWord(Session *session, uint32_t mask, const char *word, char *repla
     const char *view = overLong ? word : normal;
     auto *v = reinterpret_cast<const unsigned char *>(view);
     bool firstUpper = isUpper(charSet, v[0]);
+    // What the characters are, worked out only under the options that ask.
     bool onlyWordChars = true;    // letters, apostrophes and hyphens
     bool onlyLetters = true;      // letters and apostrophes
     bool allUpper = true;
-    for (const unsigned char *p = v; *p != 0; ++p) {
-        bool letter = isLetter(charSet, *p);
-        if (!letter && !isApostrophe(*p)) {
-            onlyLetters = false;
-            if (*p != kHyphen) onlyWordChars = false;
+    if (mask & (ORTH_IGNORE_MIXED_DIGITS_OPT | ORTH_IGNORE_ALL_CAPS_WORDS_OPT | ORTH_REPORT_MIXED_DIGITS_OPT)) {
+        for (const unsigned char *p = v; *p != 0; ++p) {
+            bool letter = isLetter(charSet, *p);
+            if (!letter && !isApostrophe(*p)) {
+                onlyLetters = false;
+                if (*p != kHyphen) onlyWordChars = false;
+            }
+            if (!isUpper(charSet, *p)) allUpper = false;
         }
-        if (!isUpper(charSet, *p)) allUpper = false;
     }
 
     int16_t result = 0;
