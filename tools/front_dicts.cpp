@@ -1,0 +1,118 @@
+// tools/front_dicts.cpp — where the front ends find dictionaries by name and
+// the user's personal word list.
+//
+// A named dictionary (en_US) is searched in this order: the folders of
+// ORTH_DICPATH (colon-separated), then the roots the caller was installed
+// with (dictRootsFor). Each folder holds <name>/MAIN.CLX. A name holding a
+// slash is a path and is used as it is, so that errors name the folder the
+// user gave.
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <sys/stat.h>
+
+#include "tools/front.h"
+
+#ifndef ORTH_DATA_DIR
+#define ORTH_DATA_DIR ""  // the installation's share/orth, given by the build
+#endif
+
+namespace {
+
+constexpr const char *kDefaultDictionary = "en_US";
+
+bool isFolder(const std::string &path) {
+    struct stat st;
+    return !path.empty() && stat(path.c_str(), &st) == 0 && (st.st_mode & S_IFMT) == S_IFDIR;
+}
+
+bool isDictionaryFolder(const std::string &path) { return isRegularFile(path + "/MAIN.CLX"); }
+
+std::vector<std::string> dicPathFolders() {
+    std::vector<std::string> out;
+    const char *env = std::getenv("ORTH_DICPATH");
+    if (env == nullptr) return out;
+    std::string all = env;
+    size_t start = 0;
+    while (start <= all.size()) {
+        size_t end = all.find(':', start);
+        if (end == std::string::npos) end = all.size();
+        if (end > start) out.push_back(all.substr(start, end - start));
+        start = end + 1;
+    }
+    return out;
+}
+
+std::vector<std::string> searchFolders(const DictRoots &roots) {
+    std::vector<std::string> all = dicPathFolders();
+    all.insert(all.end(), roots.folders.begin(), roots.folders.end());
+    return all;
+}
+
+std::string lastComponent(std::string path) {
+    while (path.size() > 1 && (path.back() == '/' || path.back() == '\\')) path.pop_back();
+    size_t slash = path.find_last_of("/\\");
+    return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+}  // namespace
+
+bool isRegularFile(const std::string &path) {
+    struct stat st;
+    return !path.empty() && stat(path.c_str(), &st) == 0 && (st.st_mode & S_IFMT) == S_IFREG;
+}
+
+std::string folderOf(const std::string &path) {
+    size_t slash = path.find_last_of("/\\");
+    return slash == std::string::npos ? "" : path.substr(0, slash);
+}
+
+DictRoots dictRootsFor(const std::string &home) {
+    DictRoots roots;
+    if (!home.empty()) {
+        roots.folders.push_back(home + "/share/orth");
+        roots.folders.push_back(home + "/../share/orth");
+    }
+    if (ORTH_DATA_DIR[0] != '\0') roots.folders.push_back(ORTH_DATA_DIR);
+    return roots;
+}
+
+std::string findDictionary(const std::string &name, const DictRoots &roots) {
+    if (name.find_first_of("/\\") != std::string::npos) return name;
+    if (!name.empty() && isDictionaryFolder(name)) return name;
+    std::string wanted = name;
+    if (wanted.empty()) {
+        for (const std::string &f : dicPathFolders())
+            if (isDictionaryFolder(f)) return f;
+        wanted = kDefaultDictionary;
+    }
+    for (const std::string &f : searchFolders(roots))
+        if (isDictionaryFolder(f + "/" + wanted)) return f + "/" + wanted;
+    return "";
+}
+
+std::vector<std::string> listDictionaries(const DictRoots &roots) {
+    std::vector<std::string> names;
+    for (const std::string &f : searchFolders(roots)) {
+        if (!isFolder(f)) continue;
+        std::error_code ec;
+        for (std::filesystem::directory_iterator it(f, ec), end; !ec && it != end; it.increment(ec)) {
+            std::string name = it->path().filename().string();
+            if (isDictionaryFolder(f + "/" + name)) names.push_back(name);
+        }
+    }
+    std::sort(names.begin(), names.end());
+    names.erase(std::unique(names.begin(), names.end()), names.end());
+    return names;
+}
+
+std::string defaultPersonalList(const std::string &dictDir) {
+    std::string base;
+    const char *xdg = std::getenv("XDG_CONFIG_HOME");
+    const char *home = std::getenv("HOME");
+    if (xdg != nullptr && xdg[0] == '/') base = xdg;
+    else if (home != nullptr && home[0] != '\0') base = std::string(home) + "/.config";
+    std::string name = lastComponent(dictDir);
+    if (base.empty() || name.empty() || name == "." || name == "..") return "";
+    return base + "/orth/" + name + ".tlx";
+}
