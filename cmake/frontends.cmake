@@ -34,3 +34,49 @@ if(ORTH_BUILD_TESTS AND UNIX)
     set_tests_properties(emacs_${mode} PROPERTIES LABELS integration SKIP_RETURN_CODE 77 TIMEOUT 180)
   endforeach()
 endif()
+
+# The Enchant 2 provider, built when libenchant-2-dev is present. It carries
+# the engine statically and exports only init_enchant_provider.
+find_package(PkgConfig QUIET)
+if(PKG_CONFIG_FOUND AND UNIX AND NOT APPLE)
+  pkg_check_modules(ENCHANT IMPORTED_TARGET enchant-2)
+endif()
+if(ENCHANT_FOUND)
+  add_library(enchant_orth MODULE ${PROJECT_SOURCE_DIR}/enchant/provider.cpp ${ORTH_FRONT_SOURCES}
+                                  ${PROJECT_SOURCE_DIR}/tools/cli_text.cpp)
+  set_target_properties(enchant_orth PROPERTIES PREFIX ""
+    LINK_DEPENDS ${PROJECT_SOURCE_DIR}/enchant/provider.map)
+  target_compile_definitions(enchant_orth PRIVATE ${ORTH_DATA_DIR_DEFINE})
+  target_link_libraries(enchant_orth PRIVATE orth PkgConfig::ENCHANT ${CMAKE_DL_LIBS})
+  target_link_options(enchant_orth PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/enchant/provider.map)
+  pkg_get_variable(ENCHANT_LIBDIR enchant-2 libdir)
+  # Enchant loads providers from its own folder only: the default is where
+  # Debian's enchant looks when the prefix is /usr.
+  set(ORTH_ENCHANT_MODULE_DIR ${CMAKE_INSTALL_LIBDIR}/enchant-2 CACHE STRING
+      "Where the Enchant provider is installed (Enchant reads $(pkg-config --variable=libdir enchant-2)/enchant-2)")
+  install(TARGETS enchant_orth LIBRARY DESTINATION ${ORTH_ENCHANT_MODULE_DIR})
+else()
+  message(STATUS "enchant-2 not found: the Enchant provider is not built")
+endif()
+
+# The provider through enchant-2 and Enchant's C API, loaded from the build
+# tree (tests/integration/enchant_test.sh).
+if(ENCHANT_FOUND AND ORTH_BUILD_TESTS)
+  pkg_check_modules(GMODULE IMPORTED_TARGET gmodule-2.0)
+  add_library(orth_enchant_shim MODULE ${PROJECT_SOURCE_DIR}/tests/integration/enchant_shim.c)
+  set_target_properties(orth_enchant_shim PROPERTIES PREFIX "" C_VISIBILITY_PRESET default)
+  target_link_libraries(orth_enchant_shim PRIVATE PkgConfig::GMODULE ${CMAKE_DL_LIBS})
+  add_executable(orth_enchant_host ${PROJECT_SOURCE_DIR}/tests/integration/enchant_host.c)
+  target_link_libraries(orth_enchant_host PRIVATE PkgConfig::ENCHANT PkgConfig::GMODULE ${CMAKE_DL_LIBS})
+  set(ORTH_SANITIZER_RUNTIME "")
+  if(ORTH_SANITIZE)
+    # enchant-2 is not instrumented: the runtime must be loaded before the provider.
+    execute_process(COMMAND ${CMAKE_C_COMPILER} -print-file-name=libasan.so
+                    OUTPUT_VARIABLE ORTH_SANITIZER_RUNTIME OUTPUT_STRIP_TRAILING_WHITESPACE)
+  endif()
+  add_test(NAME enchant_provider
+    COMMAND sh ${PROJECT_SOURCE_DIR}/tests/integration/enchant_test.sh $<TARGET_FILE:enchant_orth>
+            $<TARGET_FILE:orth_enchant_shim> $<TARGET_FILE:orth_enchant_host> $<TARGET_FILE:orth_cli>
+            "${ORTH_SANITIZER_RUNTIME}")
+  set_tests_properties(enchant_provider PROPERTIES LABELS integration SKIP_RETURN_CODE 77 TIMEOUT 120)
+endif()

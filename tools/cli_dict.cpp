@@ -27,21 +27,17 @@
 
 namespace {
 
-// Opens one lexicon; prints the file and the reason on failure.
-bool openLexOrReport(int16_t session, const std::string &path, const char *what, int16_t *id = nullptr) {
-    int16_t rc = ORTH_OpenLex(session, path.c_str(), 0);
-    if (id != nullptr) *id = rc;
-    if (rc >= 0) return true;
-    // The engine says "not found" for a file it cannot open; name the real reason.
+// The reason a file could not be opened: the engine says "not found" also
+// for a file it may not read.
+std::string openFailure(const std::string &path, int16_t rc) {
     std::string reason = describeResult(rc);
     if (rc == ORTH_FILE_NOT_FOUND_ERR) {
         errno = 0;
         std::FILE *f = std::fopen(path.c_str(), "rb");
         if (f != nullptr) std::fclose(f);
-        else if (errno != 0 && errno != ENOENT) reason = std::strerror(errno);
+        else if (errno != 0) reason = std::strerror(errno);
     }
-    reportError("%s: cannot open %s: %s", path.c_str(), what, reason.c_str());
-    return false;
+    return reason;
 }
 
 }  // namespace
@@ -86,26 +82,23 @@ bool openDictionary(const GlobalOptions &opts, DictSession *ds) {
                         "ORTH_DICPATH or the built-in dictionaries)", opts.dictDir.c_str());
         return false;
     }
-    std::string clx = dir + "/MAIN.CLX", tlx = dir + "/MAIN.TLX";
-    if (!isRegularFile(clx)) {
-        reportError("%s: cannot open dictionary: %s", clx.c_str(), std::strerror(errno ? errno : ENOENT));
-        return false;
-    }
-    int16_t session = ORTH_OpenSession();
+    std::string personal = opts.personalList.empty() ? defaultPersonalList(dir) : opts.personalList;
+    std::string failed;
+    int16_t personalLex = -1;
+    int16_t session = openDictionarySession(dir, personal, &personalLex, &failed);
     if (session < 0) {
-        reportError("cannot open a session: %s", describeResult(session).c_str());
+        if (failed.empty())
+            reportError("cannot open a session: %s", describeResult(session).c_str());
+        else
+            reportError("%s: cannot open %s: %s", failed.c_str(),
+                        failed == personal ? "personal word list" : "dictionary", openFailure(failed, session).c_str());
         return false;
     }
     ds->session = session;
     ds->folder = dir;
-    ds->personalPath = opts.personalList.empty() ? defaultPersonalList(dir) : opts.personalList;
-    ds->personalLex = -1;
-    bool ok = (!isRegularFile(tlx) || openLexOrReport(session, tlx, "dictionary")) &&
-              (!isRegularFile(ds->personalPath) ||
-               openLexOrReport(session, ds->personalPath, "personal word list", &ds->personalLex)) &&
-              openLexOrReport(session, clx, "dictionary");
-    if (!ok) closeDictionary(ds);
-    return ok;
+    ds->personalPath = personal;
+    ds->personalLex = personalLex;
+    return true;
 }
 
 void closeDictionary(DictSession *ds) {

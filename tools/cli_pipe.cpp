@@ -282,32 +282,12 @@ void answerLine(PipeState *st, const std::string &text, uint32_t shift) {
     std::fflush(stdout);
 }
 
-// The language of the dictionary's compressed lexicon, for a new personal list.
-uint16_t dictionaryLanguage(int16_t session) {
-    for (int16_t id = 0; id < 16; ++id) {
-        uint16_t format = 0, language = 0;
-        if (ORTH_GetLexInfo(session, id, nullptr, &format, nullptr, &language) == 0 &&
-            format == ORTH_COMPRESSED_LEX_FORMAT)
-            return language;
-    }
-    return 1033;
-}
-
-// Adds a word to one of the memory-only lexicons, creating it first.
-bool addToMemoryLex(PipeState *st, int16_t *lex, const std::string &word) {
-    if (*lex < 0) *lex = ORTH_CreateLex(st->ds.session, nullptr, ORTH_IGNORE_LEX_TYPE, dictionaryLanguage(st->ds.session));
-    return *lex >= 0 && ORTH_AddToLex(st->ds.session, *lex, word.c_str(), nullptr) == 0;
-}
-
 // The 8-bit form of a command's word, or "" when it has none or cannot be held.
 std::string commandWord(const std::string &utf8) {
     size_t a = utf8.find_first_not_of(" \t"), b = utf8.find_last_not_of(" \t");
-    if (a == std::string::npos) return "";
-    Encoded enc = encodeUtf8(utf8.substr(a, b - a + 1));
-    if (enc.hasForeign(0, enc.bytes.size()) || enc.bytes.size() > static_cast<size_t>(kMaxWordLen) ||
-        enc.bytes.find(' ') != std::string::npos)
-        return "";
-    return enc.bytes;
+    std::string w;
+    if (a == std::string::npos || !wordFromUtf8(utf8.substr(a, b - a + 1), &w)) return "";
+    return w;
 }
 
 // # : the waiting words go into the personal list, which is created on the
@@ -319,23 +299,13 @@ void savePersonalList(PipeState *st) {
         reportError("cannot save the personal word list: set HOME or use -p FILE");
         return;
     }
-    if (ds.personalLex < 0) {
-        std::string folder = folderOf(ds.personalPath);
-        std::error_code ec;
-        if (!folder.empty()) std::filesystem::create_directories(folder, ec);
-        ds.personalLex = isRegularFile(ds.personalPath)
-                             ? ORTH_OpenLex(ds.session, ds.personalPath.c_str(), 0)
-                             : ORTH_CreateLex(ds.session, ds.personalPath.c_str(), ORTH_IGNORE_LEX_TYPE,
-                                              dictionaryLanguage(ds.session));
-        if (ds.personalLex < 0) {
-            reportError("%s: cannot save the personal word list: %s", ds.personalPath.c_str(),
-                        describeResult(ds.personalLex).c_str());
-            ds.personalLex = -1;
-            return;
-        }
+    int16_t rc = openPersonalList(ds.session, ds.personalPath, &ds.personalLex);
+    if (rc < 0) {
+        reportError("%s: cannot save the personal word list: %s", ds.personalPath.c_str(), describeResult(rc).c_str());
+        return;
     }
     for (size_t i = 0; i < st->unsaved.size(); ++i) {
-        int16_t rc = ORTH_AddToLex(ds.session, ds.personalLex, st->unsaved[i].c_str(), nullptr);
+        rc = ORTH_AddToLex(ds.session, ds.personalLex, st->unsaved[i].c_str(), nullptr);
         if (rc < 0) {
             reportError("%s: cannot save the personal word list: %s", ds.personalPath.c_str(),
                         describeResult(rc).c_str());
@@ -360,12 +330,12 @@ void handleLine(PipeState *st, const std::string &line) {
         std::string w = commandWord(rest);
         if (line[0] == '&')
             for (char &c : w) c = static_cast<char>(toLowerChar(0, static_cast<unsigned char>(c)));
-        if (!w.empty() && addToMemoryLex(st, &st->unsavedLex, w)) st->unsaved.push_back(w);
+        if (!w.empty() && addToMemoryList(st->ds.session, &st->unsavedLex, w) == 0) st->unsaved.push_back(w);
         return;
     }
     case '@': {
         std::string w = commandWord(rest);
-        if (!w.empty()) addToMemoryLex(st, &st->sessionLex, w);
+        if (!w.empty()) addToMemoryList(st->ds.session, &st->sessionLex, w);
         return;
     }
     case '#': savePersonalList(st); return;

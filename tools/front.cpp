@@ -20,6 +20,7 @@
 
 #include "check/chartab.h"
 #include "orth.h"
+#include "tools/cli.h"
 #include "tools/front.h"
 
 namespace {
@@ -177,4 +178,13 @@ void keepLikelySuggestions(std::vector<FrontSuggestion> *sugs, size_t maxShown) 
     size_t keep = 0;
     while (keep < sugs->size() && keep < maxShown && (*sugs)[keep].score >= floor) ++keep;
     sugs->resize(keep);
+}
+
+bool wordFromUtf8(const std::string &utf8, std::string *out) {
+    Encoded enc = encodeUtf8(utf8);
+    if (enc.bytes.empty() || enc.bytes.size() > static_cast<size_t>(kMaxWordLen) ||
+        enc.hasForeign(0, enc.bytes.size()) || enc.bytes.find(' ') != std::string::npos)
+        return false;
+    *out = enc.bytes;
+    return true;
 }

@@ -40,6 +40,11 @@ bool acceptsAllCapitals(int16_t session, const char *word, CapsMemo *memo);
 // afterwards.
 bool acceptedBySplitting(int16_t session, const char *word);
 
+// The 8-bit form of one word written in UTF-8, in character set 0; false
+// when the word is empty, longer than 63 characters, holds a blank or a
+// character the set cannot hold.
+bool wordFromUtf8(const std::string &utf8, std::string *out);
+
 // Suggestions.
 struct FrontSuggestion {
     std::string word;  // 8-bit
@@ -60,6 +65,9 @@ void keepLikelySuggestions(std::vector<FrontSuggestion> *sugs, size_t maxShown);
 // share/orth/<tag>. ORTH_DICPATH is a colon-separated list of folders, each
 // either a dictionary folder itself or a folder of named dictionaries.
 
+// The dictionary used when none is named.
+constexpr const char *kDefaultDictionaryName = "en_US";
+
 // Folders to search for named dictionaries besides ORTH_DICPATH: the callers
 // pass where they are installed (for the command, its own folder's
 // share/orth and ../share/orth).
@@ -73,7 +81,8 @@ DictRoots dictRootsFor(const std::string &home);
 // The folder of the dictionary named by `name`: a path (holding a slash, or an
 // existing folder) as it is, else the first <root>/<name> holding MAIN.CLX in
 // ORTH_DICPATH and the roots. An empty name is the first ORTH_DICPATH entry
-// that is a dictionary folder itself, else "en_US". "" when none is found.
+// that is a dictionary folder itself, else kDefaultDictionaryName. "" when
+// none is found.
 std::string findDictionary(const std::string &name, const DictRoots &roots);
 // The language tags of every named dictionary found, sorted, each once.
 std::vector<std::string> listDictionaries(const DictRoots &roots);
@@ -81,6 +90,22 @@ std::vector<std::string> listDictionaries(const DictRoots &roots);
 // $XDG_CONFIG_HOME/orth/<folder name>.tlx (or ~/.config/orth/...), "" when
 // neither variable is set.
 std::string defaultPersonalList(const std::string &dictDir);
+// Opens a session over a dictionary folder as the dictionary library does:
+// MAIN.TLX (when present), then the personal list (when the file exists),
+// then MAIN.CLX. The session id (and *personalLex, -1 when the list was not
+// opened), or a negative result code with *failedPath naming the file that
+// could not be opened; no session is left open then.
+int16_t openDictionarySession(const std::string &folder, const std::string &personal, int16_t *personalLex,
+                              std::string *failedPath);
+// The personal list's lexicon id in the session: *lex when it is open,
+// else the file opened, or created (with its folder) when it does not exist
+// yet, and *lex set. A negative result code on failure (*lex stays -1).
+int16_t openPersonalList(int16_t session, const std::string &path, int16_t *lex);
+// Adds word to a memory-only list of accepted words, created on first use
+// (*lex is -1 until then). 0, or a negative result code.
+int16_t addToMemoryList(int16_t session, int16_t *lex, const std::string &word);
+// The language of the session's first compressed lexicon (1033 without one).
+uint16_t dictionaryLanguage(int16_t session);
 // Whether path is an existing regular file.
 bool isRegularFile(const std::string &path);
 // The folder of path (up to its last slash or backslash), "" when it has none.

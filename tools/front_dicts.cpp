@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <sys/stat.h>
 
+#include "orth.h"
 #include "tools/front.h"
 
 #ifndef ORTH_DATA_DIR
@@ -18,8 +19,6 @@
 #endif
 
 namespace {
-
-constexpr const char *kDefaultDictionary = "en_US";
 
 bool isFolder(const std::string &path) {
     struct stat st;
@@ -84,7 +83,7 @@ std::string findDictionary(const std::string &name, const DictRoots &roots) {
     if (wanted.empty()) {
         for (const std::string &f : dicPathFolders())
             if (isDictionaryFolder(f)) return f;
-        wanted = kDefaultDictionary;
+        wanted = kDefaultDictionaryName;
     }
     for (const std::string &f : searchFolders(roots))
         if (isDictionaryFolder(f + "/" + wanted)) return f + "/" + wanted;
@@ -115,4 +114,69 @@ std::string defaultPersonalList(const std::string &dictDir) {
     std::string name = lastComponent(dictDir);
     if (base.empty() || name.empty() || name == "." || name == "..") return "";
     return base + "/orth/" + name + ".tlx";
+}
+
+int16_t openDictionarySession(const std::string &folder, const std::string &personal, int16_t *personalLex,
+                              std::string *failedPath) {
+    *personalLex = -1;
+    std::string clx = folder + "/MAIN.CLX", tlx = folder + "/MAIN.TLX";
+    if (!isRegularFile(clx)) {
+        *failedPath = clx;
+        return ORTH_FILE_NOT_FOUND_ERR;
+    }
+    int16_t session = ORTH_OpenSession();
+    if (session < 0) {
+        failedPath->clear();
+        return session;
+    }
+    struct Step {
+        const std::string &path;
+        bool optional;
+        int16_t *id;
+    } steps[] = {{tlx, true, nullptr}, {personal, true, personalLex}, {clx, false, nullptr}};
+    for (const Step &step : steps) {
+        if (step.optional && !isRegularFile(step.path)) continue;
+        int16_t rc = ORTH_OpenLex(session, step.path.c_str(), 0);
+        if (rc < 0) {
+            ORTH_CloseSession(session);
+            *personalLex = -1;
+            *failedPath = step.path;
+            return rc;
+        }
+        if (step.id != nullptr) *step.id = rc;
+    }
+    return session;
+}
+
+uint16_t dictionaryLanguage(int16_t session) {
+    for (int16_t id = 0; id < 16; ++id) {
+        uint16_t format = 0, language = 0;
+        if (ORTH_GetLexInfo(session, id, nullptr, &format, nullptr, &language) == 0 &&
+            format == ORTH_COMPRESSED_LEX_FORMAT)
+            return language;
+    }
+    return 1033;
+}
+
+int16_t openPersonalList(int16_t session, const std::string &path, int16_t *lex) {
+    if (*lex >= 0) return *lex;
+    if (path.empty()) return ORTH_FILE_NOT_FOUND_ERR;
+    std::string folder = folderOf(path);
+    std::error_code ec;
+    if (!folder.empty()) std::filesystem::create_directories(folder, ec);
+    int16_t rc = isRegularFile(path)
+                     ? ORTH_OpenLex(session, path.c_str(), 0)
+                     : ORTH_CreateLex(session, path.c_str(), ORTH_IGNORE_LEX_TYPE, dictionaryLanguage(session));
+    if (rc == ORTH_LEXICON_EXISTS_ERR) rc = ORTH_OpenLex(session, path.c_str(), 0);  // made meanwhile
+    if (rc >= 0) *lex = rc;
+    return rc;
+}
+
+int16_t addToMemoryList(int16_t session, int16_t *lex, const std::string &word) {
+    if (*lex < 0) {
+        int16_t rc = ORTH_CreateLex(session, nullptr, ORTH_IGNORE_LEX_TYPE, dictionaryLanguage(session));
+        if (rc < 0) return rc;
+        *lex = rc;
+    }
+    return ORTH_AddToLex(session, *lex, word.c_str(), nullptr);
 }
