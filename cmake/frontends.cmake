@@ -80,3 +80,50 @@ if(ENCHANT_FOUND AND ORTH_BUILD_TESTS)
             "${ORTH_SANITIZER_RUNTIME}")
   set_tests_properties(enchant_provider PROPERTIES LABELS integration SKIP_RETURN_CODE 77 TIMEOUT 120)
 endif()
+
+# The shared engine library liborth.so.MAJOR: the objects of the static
+# library, exporting only the functions include/orth.h marks ORTH_API (the
+# build's default visibility is hidden). Both libraries carry a SONAME.
+if(UNIX AND NOT APPLE)
+  add_library(orth_shared SHARED $<TARGET_OBJECTS:orth>)
+  set_target_properties(orth_shared PROPERTIES OUTPUT_NAME orth EXPORT_NAME orth
+    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+  target_include_directories(orth_shared PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>)
+  set_target_properties(tmspl32 PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+  set_target_properties(orth PROPERTIES EXPORT_NAME orth_static)
+
+  include(CMakePackageConfigHelpers)
+  set(ORTH_CMAKE_INSTALL_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/orth)
+  set(ORTH_DICT_INSTALL_DIR ${CMAKE_INSTALL_DATADIR}/orth)
+  install(TARGETS orth orth_shared tmspl32 EXPORT orthTargets
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orth)
+  install(EXPORT orthTargets NAMESPACE orth:: DESTINATION ${ORTH_CMAKE_INSTALL_DIR})
+  configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/orthConfig.cmake.in
+    ${PROJECT_BINARY_DIR}/orthConfig.cmake INSTALL_DESTINATION ${ORTH_CMAKE_INSTALL_DIR}
+    PATH_VARS ORTH_DICT_INSTALL_DIR)
+  write_basic_package_version_file(${PROJECT_BINARY_DIR}/orthConfigVersion.cmake
+    COMPATIBILITY SameMajorVersion)
+  install(FILES ${PROJECT_BINARY_DIR}/orthConfig.cmake ${PROJECT_BINARY_DIR}/orthConfigVersion.cmake
+    DESTINATION ${ORTH_CMAKE_INSTALL_DIR})
+
+  # orth.pc finds its prefix from its own folder, so the installed tree can move.
+  file(RELATIVE_PATH ORTH_PC_TO_PREFIX ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+  string(REGEX REPLACE "/$" "" ORTH_PC_TO_PREFIX "${ORTH_PC_TO_PREFIX}")
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/orth.pc.in ${PROJECT_BINARY_DIR}/orth.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/orth.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+  install(FILES ${PROJECT_SOURCE_DIR}/man/orth.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+endif()
+
+# The installed tree, and programs built against it with pkg-config and CMake.
+if(ORTH_BUILD_TESTS AND UNIX AND NOT APPLE)
+  set(ORTH_CONSUMER_FLAGS "")
+  if(ORTH_SANITIZE)
+    set(ORTH_CONSUMER_FLAGS "-fsanitize=address,undefined")
+  endif()
+  add_test(NAME install_consumers
+    COMMAND sh ${PROJECT_SOURCE_DIR}/tests/integration/install_test.sh ${PROJECT_BINARY_DIR}
+            ${PROJECT_SOURCE_DIR} "${ORTH_CONSUMER_FLAGS}")
+  set_tests_properties(install_consumers PROPERTIES LABELS integration TIMEOUT 300)
+endif()
