@@ -127,3 +127,21 @@ if(ORTH_BUILD_TESTS AND UNIX AND NOT APPLE)
             ${PROJECT_SOURCE_DIR} "${ORTH_CONSUMER_FLAGS}")
   set_tests_properties(install_consumers PROPERTIES LABELS integration TIMEOUT 300)
 endif()
+
+# The front-end rule over the whole built-in dictionary. The suggestion
+# check is slow and kept out of the default run (ctest -L slow).
+if(ORTH_BUILD_TESTS AND TARGET dict_en_US)
+  find_package(GTest REQUIRED)
+  include(GoogleTest)
+  add_executable(front_dictionary_tests ${PROJECT_SOURCE_DIR}/tests/integration/front_dictionary_test.cpp
+                                  ${ORTH_FRONT_SOURCES} ${PROJECT_SOURCE_DIR}/tools/cli_text.cpp)
+  target_link_libraries(front_dictionary_tests PRIVATE orth GTest::gtest_main)
+  target_compile_definitions(front_dictionary_tests PRIVATE
+    ORTH_SOURCE_DIR="${PROJECT_SOURCE_DIR}" ORTH_BINARY_DIR="${PROJECT_BINARY_DIR}" ${ORTH_DATA_DIR_DEFINE})
+  add_dependencies(front_dictionary_tests dict_en_US)
+  # The all-capitals check takes a second: it runs by default.
+  gtest_discover_tests(front_dictionary_tests TEST_FILTER "*AllCapitals*" DISCOVERY_TIMEOUT 60
+                       PROPERTIES LABELS tools)
+  gtest_discover_tests(front_dictionary_tests TEST_FILTER "-*AllCapitals*" DISCOVERY_TIMEOUT 60
+                       PROPERTIES LABELS slow TIMEOUT 1200)
+endif()
