@@ -79,6 +79,15 @@ bool toDictWord(const char *word, size_t len, std::string *out) {
     return word != nullptr && wordFromUtf8(std::string(word, len), out);
 }
 
+// A list Enchant frees with g_strfreev; NULL (and *count 0) when empty.
+char **glibList(const std::vector<std::string> &items, size_t *count) {
+    *count = items.size();
+    if (items.empty()) return nullptr;
+    char **list = g_new0(char *, items.size() + 1);
+    for (size_t i = 0; i < items.size(); ++i) list[i] = g_strdup(items[i].c_str());
+    return list;
+}
+
 int checkWord(EnchantDict *me, const char *const word, size_t len) {
     try {
         OrthDict *d = dictOf(me);
@@ -103,12 +112,10 @@ char **suggestWords(EnchantDict *me, const char *const word, size_t len, size_t 
         std::vector<FrontSuggestion> sugs;
         if (frontSuggest(d->session, w.c_str(), 25, &sugs) < 0) return nullptr;
         keepLikelySuggestions(&sugs, kMaxSuggestions);
-        if (sugs.empty()) return nullptr;
         bool typo = std::string(word, len).find("\xE2\x80\x99") != std::string::npos;
-        char **list = g_new0(char *, sugs.size() + 1);
-        for (size_t i = 0; i < sugs.size(); ++i) list[i] = g_strdup(decodeToUtf8(sugs[i].word, typo).c_str());
-        *outCount = sugs.size();
-        return list;
+        std::vector<std::string> shown;
+        for (const FrontSuggestion &s : sugs) shown.push_back(decodeToUtf8(s.word, typo));
+        return glibList(shown, outCount);
     } catch (...) {
         return nullptr;
     }
@@ -190,12 +197,7 @@ int dictionaryExists(EnchantProvider *, const char *const tag) {
 char **listDicts(EnchantProvider *, size_t *outCount) {
     *outCount = 0;
     try {
-        std::vector<std::string> names = listDictionaries(providerRoots());
-        if (names.empty()) return nullptr;
-        char **list = g_new0(char *, names.size() + 1);
-        for (size_t i = 0; i < names.size(); ++i) list[i] = g_strdup(names[i].c_str());
-        *outCount = names.size();
-        return list;
+        return glibList(listDictionaries(providerRoots()), outCount);
     } catch (...) {
         return nullptr;
     }

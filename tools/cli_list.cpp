@@ -49,7 +49,7 @@ void checkLine(int16_t session, const std::string &line, const ListOptions &lo, 
             break;
         }
         if (rc & ORTH_CHK_END_OF_BLOCK) break;
-        if ((rc & ORTH_CHK_MISSPELLED) && acceptsAllCapitals(session, word, &counts->caps))
+        if ((rc & ORTH_CHK_MISSPELLED) && frontAcceptsRejected(session, word, &counts->caps))
             rc &= ~(ORTH_CHK_MISSPELLED | ORTH_CHK_NON_LETTERS);
         std::string shown = lb.wordAtCursor(session, std::strlen(word));
         if (rc & ~ORTH_CHK_DOUBLED_WORD) {

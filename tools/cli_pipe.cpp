@@ -235,16 +235,22 @@ bool allDigits(const std::string &w) {
     return !w.empty();
 }
 
-// Whether the session accepts the word; with the replacement of a change
-// lexicon when one matched.
-bool checkLineWord(PipeState *st, const LineWord &w, std::string *change) {
-    if (allDigits(w.bytes)) return true;
-    if (w.foreign || w.bytes.size() > static_cast<size_t>(kMaxWordLen)) return false;
+enum class Verdict { Correct, Compound, Rejected };
+
+// The session's verdict on a word; a rejected word gets the replacement of
+// a change lexicon when one matched. Compound (accepted only in parts) is
+// worked out only when asked for.
+Verdict checkLineWord(PipeState *st, const LineWord &w, bool wantCompound, std::string *change) {
+    if (allDigits(w.bytes)) return Verdict::Correct;
+    if (w.foreign || w.bytes.size() > static_cast<size_t>(kMaxWordLen)) return Verdict::Rejected;
     char replacement[kWordBufSize];
-    int16_t rc = frontCheckWord(st->ds.session, w.bytes.c_str(), replacement, &st->caps);
-    if (rc < 0) return false;
+    bool byRule = false;
+    int16_t rc = frontCheckWord(st->ds.session, w.bytes.c_str(), replacement, &st->caps, &byRule);
+    if (rc < 0) return Verdict::Rejected;
     if (rc & (ORTH_CHK_AUTO_CHANGE | ORTH_CHK_CONDITIONAL_CHANGE)) *change = replacement;
-    return (rc & (ORTH_CHK_MISSPELLED | ORTH_CHK_AUTO_CHANGE | ORTH_CHK_CONDITIONAL_CHANGE)) == 0;
+    if (rc & (ORTH_CHK_MISSPELLED | ORTH_CHK_AUTO_CHANGE | ORTH_CHK_CONDITIONAL_CHANGE)) return Verdict::Rejected;
+    if (wantCompound && !byRule && acceptedBySplitting(st->ds.session, w.bytes.c_str())) return Verdict::Compound;
+    return Verdict::Correct;
 }
 
 // The & or # line of a rejected word.
@@ -270,12 +276,9 @@ void answerLine(PipeState *st, const std::string &text, uint32_t shift) {
     if (!wordsOfLine(st->ds.session, text, st->tex, &words)) words.clear();
     for (const LineWord &w : words) {
         std::string change;
-        if (checkLineWord(st, w, &change)) {
-            if (!st->terse)
-                out += !allDigits(w.bytes) && acceptedBySplitting(st->ds.session, w.bytes.c_str()) ? "-\n" : "*\n";
-        } else {
-            out += rejectionLine(st, w, shift + w.offset, change);
-        }
+        Verdict v = checkLineWord(st, w, !st->terse, &change);
+        if (v == Verdict::Rejected) out += rejectionLine(st, w, shift + w.offset, change);
+        else if (!st->terse) out += v == Verdict::Compound ? "-\n" : "*\n";
     }
     out += '\n';
     std::fwrite(out.data(), 1, out.size(), stdout);
@@ -377,7 +380,7 @@ int runListLoop(PipeState *st, const std::vector<std::string> &files) {
             if (!wordsOfLine(st->ds.session, line, st->tex, &words)) failed = true;
             for (const LineWord &w : words) {
                 std::string change;
-                if (checkLineWord(st, w, &change)) continue;
+                if (checkLineWord(st, w, false, &change) != Verdict::Rejected) continue;
                 out += w.shown + "\n";
             }
             if (out.size() > 4096) { std::fwrite(out.data(), 1, out.size(), stdout); out.clear(); }

@@ -9,13 +9,14 @@
 //     the only session change (acceptedBySplitting) is undone before return.
 // (2) An all-capitals word is tried cheaply first (its capitalised and
 //     lower-case forms, which settle nearly every case); only then are the
-//     dictionary's own case forms looked for among the suggestions for the
-//     lower-case form, which finds mixed-case words such as MySpace. The
-//     answer is remembered in the caller's CapsMemo.
+//     dictionary's own case forms looked for among the engine's nearest
+//     candidates, which finds mixed-case words such as MySpace. The answer
+//     is remembered in the caller's CapsMemo.
 // (3) fetchSuggestions is the one place that asks the engine for the
 //     suggestions users see; everything after it works on its list. The
 //     case-form search of (2) asks ORTH_Suggest itself, since it looks for
 //     the dictionary's own spelling of the word, not for corrections.
+#include <cctype>
 #include <cstring>
 
 #include "check/chartab.h"
@@ -64,18 +65,29 @@ std::string lowered(const std::string &word, size_t from, int cs) {
     return out;
 }
 
-// Whether some suggestion for the lower-case form is the word in another
-// case and is accepted.
-bool hasAcceptedCaseForm(int16_t session, const std::string &word, const std::string &lower, int cs) {
-    char list[kSugBufSize];
-    int16_t scores[kEngineSugMax];
-    int16_t rc = ORTH_Suggest(session, lower.c_str(), -1, list, sizeof list, scores, kEngineSugMax);
-    if (rc < 0 && rc != ORTH_BUFFER_TOO_SMALL_ERR) return false;
-    list[sizeof list - 1] = '\0';
-    for (size_t pos = 0; list[pos] != '\0'; pos += std::strlen(list + pos) + 1) {
-        if (compareNoCase(list + pos, word.c_str(), cs) == 0 && checkAccepts(session, list + pos)) return true;
+// Whether the dictionary holds the word in another case form (MySpace for
+// MYSPACE). The engine's nearest search (depth 0) visits the word's own
+// segment, but only the words whose third byte is the query's: it is asked
+// with the third letter in both cases, with match case off so that
+// candidates keep the dictionary's spelling.
+bool hasAcceptedCaseForm(int16_t session, const std::string &word, int cs) {
+    if (word.size() < 3) return false;  // small words: the engine's own lookup covers them
+    std::string queries[2] = {word, word};
+    queries[1][2] = static_cast<char>(toLowerChar(cs, static_cast<unsigned char>(word[2])));
+    int32_t matchCase = ORTH_SetOption(session, ORTH_MATCH_CASE_OPT, 0);
+    bool found = false;
+    for (int q = 0; q < 2 && !found; ++q) {
+        if (q == 1 && queries[1] == queries[0]) break;
+        char list[kSugBufSize];
+        int16_t scores[kEngineSugMax];
+        int16_t rc = ORTH_Suggest(session, queries[q].c_str(), 0, list, sizeof list, scores, kEngineSugMax);
+        if (rc < 0 && rc != ORTH_BUFFER_TOO_SMALL_ERR) continue;
+        list[sizeof list - 1] = '\0';
+        for (size_t pos = 0; list[pos] != '\0' && !found; pos += std::strlen(list + pos) + 1)
+            found = compareNoCase(list + pos, word.c_str(), cs) == 0 && checkAccepts(session, list + pos);
     }
-    return false;
+    if (matchCase == 1) ORTH_SetOption(session, ORTH_MATCH_CASE_OPT, 1);
+    return found;
 }
 
 bool hasPossessiveEnding(const std::string &w, int cs) {
@@ -101,8 +113,7 @@ int16_t fetchSuggestions(int16_t session, const char *word, uint16_t maxCount, s
     return 0;
 }
 
-}  // namespace
-
+// The all-capitals half of frontAcceptsRejected.
 bool acceptsAllCapitals(int16_t session, const char *word, CapsMemo *memo) {
     int cs = charSetOf(session);
     size_t len = std::strlen(word);
@@ -114,7 +125,7 @@ bool acceptsAllCapitals(int16_t session, const char *word, CapsMemo *memo) {
     }
     std::string capitalised = lowered(w, 1, cs), lower = lowered(w, 0, cs);
     bool ok = checkAccepts(session, capitalised) || checkAccepts(session, lower) ||
-              hasAcceptedCaseForm(session, w, lower, cs);
+              hasAcceptedCaseForm(session, w, cs);
     if (memo != nullptr) {
         if (memo->accepted.size() >= kMemoLimit) memo->accepted.clear();
         memo->accepted.emplace(w, ok);
@@ -122,10 +133,37 @@ bool acceptsAllCapitals(int16_t session, const char *word, CapsMemo *memo) {
     return ok;
 }
 
-int16_t frontCheckWord(int16_t session, const char *word, char replacement[64], CapsMemo *memo) {
+// Ordinals with the right ending (1st, 22nd, 113th, 2ND) and plurals of
+// numbers (1990s, 80s).
+bool isNumberWord(const char *word) {
+    size_t digits = 0;
+    while (word[digits] >= '0' && word[digits] <= '9') ++digits;
+    if (digits == 0) return false;
+    std::string rest;
+    for (const char *p = word + digits; *p != '\0'; ++p) rest += static_cast<char>(std::tolower(static_cast<unsigned char>(*p)));
+    if (rest == "s") return true;
+    int last = word[digits - 1] - '0', tens = digits > 1 ? word[digits - 2] - '0' : 0;
+    const char *ending = tens == 1 || last == 0 || last > 3 ? "th" : last == 1 ? "st" : last == 2 ? "nd" : "rd";
+    return rest == ending;
+}
+
+}  // namespace
+
+bool frontAcceptsRejected(int16_t session, const char *word, CapsMemo *memo) {
+    if (isNumberWord(word) || acceptsAllCapitals(session, word, memo)) return true;
+    size_t n = std::strlen(word);
+    if (n < 3 || n > static_cast<size_t>(kMaxWordLen) || !isApostrophe(static_cast<unsigned char>(word[n - 1])) ||
+        toLowerChar(charSetOf(session), static_cast<unsigned char>(word[n - 2])) != 's')
+        return false;
+    std::string plural(word, n - 1);
+    return checkAccepts(session, plural) || acceptsAllCapitals(session, plural.c_str(), memo);
+}
+
+int16_t frontCheckWord(int16_t session, const char *word, char replacement[64], CapsMemo *memo, bool *byRule) {
     int16_t rc = ORTH_CheckWord(session, 0, word, replacement, kWordBufSize);
-    if (rc > 0 && (rc & ORTH_CHK_MISSPELLED) != 0 && acceptsAllCapitals(session, word, memo))
-        rc = static_cast<int16_t>(rc & ~(ORTH_CHK_MISSPELLED | ORTH_CHK_NON_LETTERS));
+    bool rule = rc > 0 && (rc & ORTH_CHK_MISSPELLED) != 0 && frontAcceptsRejected(session, word, memo);
+    if (rule) rc = static_cast<int16_t>(rc & ~(ORTH_CHK_MISSPELLED | ORTH_CHK_NON_LETTERS));
+    if (byRule != nullptr) *byRule = rule;
     return rc;
 }
 

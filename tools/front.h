@@ -5,7 +5,9 @@
 // own answers; it only adds what users of such tools expect:
 //  - the all-capitals form of a word the dictionary accepts in any case form
 //    is accepted (the engine's case-folding walk gives up early on some
-//    words, such as DECEMBER, because of DeKalb in the same segment);
+//    words, such as DECEMBER, because of DeKalb in the same segment), and so
+//    is the possessive of an accepted plural (parties'), and so are ordinals
+//    (21st) and numbers' plurals (1990s);
 //  - a suggestion is offered once, and never with a doubled possessive
 //    ending (Kinko's's).
 // Words are 8-bit, in the session's character set.
@@ -26,14 +28,18 @@ struct CapsMemo {
 // Checking.
 //
 // The engine's check result for word (ORTH_CheckWord with no extra mask),
-// after the front-end rule: a misspelled all-capitals word whose capitalised
-// or lower-case form, or whose dictionary form in any case, is accepted
-// counts as accepted (result 0). replacement is a 64-byte buffer. Negative:
-// the engine's result code.
-int16_t frontCheckWord(int16_t session, const char *word, char replacement[64], CapsMemo *memo);
-// Whether a word the engine rejected is the all-capitals form of a word the
-// session accepts in some case form. memo may be null.
-bool acceptsAllCapitals(int16_t session, const char *word, CapsMemo *memo);
+// after the front-end rule (frontAcceptsRejected): a misspelled word the
+// rule accepts has the result 0, and *byRule (when given) is set.
+// replacement is a 64-byte buffer. Negative: the engine's result code.
+int16_t frontCheckWord(int16_t session, const char *word, char replacement[64], CapsMemo *memo,
+                       bool *byRule = nullptr);
+// Whether the front-end rule accepts a word the engine rejected: the
+// all-capitals form of a word the session accepts in some case form
+// (DECEMBER, MYSPACE), the possessive of an accepted plural (parties',
+// which the engine's possessive stripping turns into partie), an ordinal
+// with the right ending (21st, 12th) or a number's plural (1990s). memo may
+// be null.
+bool frontAcceptsRejected(int16_t session, const char *word, CapsMemo *memo);
 // Whether an accepted word was accepted only by splitting it at hyphens or
 // apostrophes (or into a run of words): the session rejects it with its
 // split options turned off for one check. The session's options are the same

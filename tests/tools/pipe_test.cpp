@@ -50,7 +50,7 @@ TEST_F(Pipe, AnswersEachWordThenAnEmptyLineWithCharacterOffsets) {
         {"cat, 1999 well-known doesn\xE2\x80\x99t\n", "*\n*\n-\n*\n\n"},
         {"\n", "\n"},
         {"  \t\n", "\n"},
-        {"CAT HELLO Cat\n", "*\n*\n*\n\n"},
+        {"CAT HELLO Cat 21st 1990s\n", "*\n*\n*\n*\n*\n\n"},
         // Addresses are not text; a run of 70 letters is one word.
         {"^see http://x.org/helo or me@helo.org helo\n", "*\n*\n& helo 2 38: hello, help\n\n"},
         {"^" + std::string(70, 'x') + "\n", "# " + std::string(70, 'x') + " 1\n\n"},
