@@ -2,12 +2,15 @@
 // reads or writes one value of the store, or names the INI file it found.
 //   host_settings_tool [--ini PATH] get|getint|put|putint user|machine KEY [VALUE]
 //   host_settings_tool inifile
+//   host_settings_tool [--ini PATH] open   (opens the client context, turns
+//       CaseSensitive off and ends: the unload writes the options back)
 // The back end and folders come from the environment, as in any host.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 #include "host/settings.h"
+#include "orth_client.h"
 
 int main(int argc, char **argv) {
     int at = 1;
@@ -18,6 +21,12 @@ int main(int argc, char **argv) {
     if (argc == at + 1 && std::strcmp(argv[at], "inifile") == 0) {
         findIniFile();
         std::printf("%s\n", iniFilePath());
+        return 0;
+    }
+    if (argc == at + 1 && std::strcmp(argv[at], "open") == 0) {
+        int16_t sid = ORTH_GetSid();
+        if (sid < 0) return 1;
+        ORTH_SetOption(sid, ORTH_CASE_SENSITIVE_OPT, 0);
         return 0;
     }
     if (argc < at + 3) return 2;
