@@ -34,24 +34,14 @@ std::string readSetting(const char *key, int user, const char *defaultText, uint
 using SettingsStore = StoreTest;
 
 TEST_P(SettingsStore, EmptyStoreYieldsEveryDefaultAndCreatesNothing) {
-    struct Key {
-        const char *key;
-        int user;
-        const char *defaultText;
-    };
-    const Key strings[] = {{kKeyDebugFile, 0, ""},         {kKeyMainLexPath, 0, ""},
-                           {kKeyLexPath, 0, "."},          {kKeyMainLexFiles, 0, ""},
-                           {kKeyHelpFile, 0, "orth.hlp"},  {kKeyUserLexPath, 1, ""},
-                           {kKeyUserLexFiles, 1, ""},      {kKeyLastSelectedLex, 1, ""}};
-    for (const Key &k : strings) EXPECT_EQ(readSetting(k.key, k.user, k.defaultText), k.defaultText) << k.key;
-    EXPECT_EQ(getIntSetting(kKeyFontBold, kMachineScope, 0), 0u);
-
     ASSERT_EQ(OpenORTH(), 0);
     int16_t sid = clientContext.sessionId;
-    for (const OptionSetting &o : kOptionSettings) {
-        int32_t got = o.optionId == 0 ? clientContext.alwaysSuggest : ORTH_GetOption(sid, o.optionId);
-        EXPECT_EQ(got, static_cast<int32_t>(o.defaultValue)) << o.key;
-    }
+    // The engine's defaults with doubled words reported and split words suggested.
+    const uint32_t mask = ORTH_DEFAULT_OPTIONS | ORTH_REPORT_DOUBLED_WORDS_OPT | ORTH_SUGGEST_SPLIT_WORDS_OPT;
+    for (int bit = 0; bit < 18; ++bit) EXPECT_EQ(ORTH_GetOption(sid, 1u << bit), (mask >> bit) & 1) << bit;
+    EXPECT_EQ(ORTH_GetOption(sid, ORTH_CHARSET_OPT), 0);
+    EXPECT_EQ(ORTH_GetOption(sid, ORTH_LANGUAGE_OPT), 1033);
+    EXPECT_EQ(clientContext.alwaysSuggest, 0);
     EXPECT_STREQ(clientContext.mainLexFolder, ".");
     EXPECT_STREQ(clientContext.userLexFolder, ".");
     EXPECT_STREQ(clientContext.helpFile, "orth.hlp");
@@ -198,18 +188,11 @@ TEST(SettingsLocation, SettersKeep259CharactersAndTheGetterCutsToItsBuffer) {
 }
 
 TEST(SettingsBackEnd, VersionWordSelectsTheStore) {
-    struct Case {
-        uint32_t version;
-        bool registry;
-    } cases[] = {
-        {0x80005E03u, false},  // 3.94, non-NT
-        {0x80005F03u, true},   // 3.95
-        {0x80000004u, true},   // 4.0
-        {0x80000A03u, false},  // 3.10
-        {0x00000A03u, true},   // NT 3.10: the NT family always uses the registry
-        {0x0000000Au, true},
-    };
-    for (const Case &c : cases) EXPECT_EQ(registryForVersion(c.version), c.registry) << std::hex << c.version;
+    // 3.94 and 3.10 of the non-NT family use the INI file; 3.95, 4.0 and
+    // every NT version the registry.
+    const uint32_t ini[] = {0x80005E03u, 0x80000A03u}, reg[] = {0x80005F03u, 0x80000004u, 0x00000A03u};
+    for (uint32_t v : ini) EXPECT_FALSE(registryForVersion(v)) << std::hex << v;
+    for (uint32_t v : reg) EXPECT_TRUE(registryForVersion(v)) << std::hex << v;
     unsetenv("ORTH_SETTINGS");
     EXPECT_EQ(useRegistry(), 0);
     setenv("ORTH_SETTINGS", "registry", 1);
