@@ -24,7 +24,22 @@
 #include "orth.h"
 #include "platform/platform.h"
 
-ClientContext clientContext = {0, -1, {}, "", "", "", "", "", "", 0, false, 0, 0, 0, 0, 0, false};
+namespace {
+
+// Closed, every slot free: the state before the first open.
+constexpr ClientContext closedContext() {
+    ClientContext c{};
+    c.sessionId = -1;
+    for (ClientLexSlot &slot : c.slots) {
+        slot.lexId = -1;
+        slot.kind = CLIENT_LEX_FREE;
+    }
+    return c;
+}
+
+}  // namespace
+
+ClientContext clientContext = closedContext();
 
 const OptionSetting kOptionSettings[kOptionSettingCount] = {
     {"IgnoreCappedWords", ORTH_IGNORE_CAPPED_WORDS_OPT, 0},

@@ -21,8 +21,10 @@ int defaultMessageBox(OrthWindow, const char *text, const char *caption, ClientB
 void defaultWaitCursor(bool) {}
 
 int32_t defaultRunDialog(ClientDialog dialog, OrthWindow, CheckContext *) {
-    static const char *const names[] = {"Check Spelling", "Dictionaries", "Options"};
-    clientLog("runDialog: no user interface for the %s dialog", names[dialog]);
+    const char *name = dialog == kDialogDictionaries ? "Dictionaries"
+                       : dialog == kDialogOptions    ? "Options"
+                                                     : "Check Spelling";
+    clientLog("runDialog: no user interface for the %s dialog", name);
     return dialog == kDialogDictionaries ? 0 : ORTH_CANCEL_ERR;
 }
 
