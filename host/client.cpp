@@ -11,7 +11,10 @@
 //     behind the context's back, the options are not written: the values it
 //     would read are error codes, not settings.
 // (3) The library's unload runs closeClient in the process that opened the
-//     context (a forked child leaves the parent's settings alone).
+//     context (a forked child leaves the parent's settings alone). It runs
+//     from a static destructor; the engine's tables, the store's paths and
+//     this record are plain arrays without destructors, so they are intact
+//     whenever it runs.
 #include "host/client.h"
 
 #include <cstdarg>

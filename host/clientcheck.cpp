@@ -157,6 +157,10 @@ extern "C" ORTH_API int32_t ORTH_CALL ORTH_CheckBlockDlg(OrthWindow owner, char 
 extern "C" ORTH_API int16_t ORTH_CALL ORTH_CheckCtrlDlg(OrthWindow owner, OrthWindow editCtrl,
                                                        int16_t selectionOnly) noexcept {
     if (refuseWhileBusy("ORTH_CheckCtrlDlg")) return ORTH_BUSY_ERR;
+    if (editCtrl == nullptr) {
+        clientLog("ORTH_CheckCtrlDlg: no edit control");
+        return ORTH_UNSUPPORTED_ACTION_ERR;
+    }
     int16_t rc = openClient();
     if (rc < 0) return rc;
     resetCounters();

@@ -54,7 +54,8 @@ ORTH_API void ORTH_CALL ORTH_SetDialogOrigin(int16_t x, int16_t y) ORTH_NOTHROW;
 /* Dialogs. ORTH_CheckBlockDlg checks text[0..length) in place within a
  * buffer of size bytes and returns the new length or a negative code;
  * ORTH_CheckCtrlDlg checks an edit control (with selectionOnly and a
- * non-empty selection, only the selection; positions are 16-bit). */
+ * non-empty selection, only the selection; positions are 16-bit), and
+ * refuses a null control with ORTH_UNSUPPORTED_ACTION_ERR. */
 ORTH_API int32_t ORTH_CALL ORTH_CheckBlockDlg(OrthWindow owner, char *text, uint32_t length,
                                              uint32_t size) ORTH_NOTHROW;
 ORTH_API int16_t ORTH_CALL ORTH_CheckCtrlDlg(OrthWindow owner, OrthWindow editCtrl,

@@ -133,12 +133,13 @@ TEST_P(ClientTest, OpensListedLexiconsAndWritesTheUserListBackUnchanged) {
     makeLex(user + "/personal.tlx");
     std::string other = makeLex(dir.path() + "/elsewhere/other.tlx");
     makeLex(main + "/main.tlx");
+    std::string shared = makeLex(dir.path() + "/shared/team.tlx");
     std::string log = logToFile();
     const std::string list = "personal.tlx," + other + ",missing.tlx";
     putSetting(kKeyUserLexPath, kUserScope, user.c_str());
     putSetting(kKeyUserLexFiles, kUserScope, list.c_str());
     putSetting(kKeyMainLexPath, kMachineScope, main.c_str());
-    putSetting(kKeyMainLexFiles, kMachineScope, "main.tlx");
+    putSetting(kKeyMainLexFiles, kMachineScope, ("main.tlx," + shared).c_str());
 
     int16_t sid = ORTH_GetSid();
     ASSERT_GE(sid, 0);
@@ -150,8 +151,9 @@ TEST_P(ClientTest, OpensListedLexiconsAndWritesTheUserListBackUnchanged) {
     } slots[] = {{"", CLIENT_LEX_TEMP, true},         {"", CLIENT_LEX_TEMP, true},
                  {"", CLIENT_LEX_TEMP, true},         {"personal.tlx", CLIENT_LEX_USER, true},
                  {other.c_str(), CLIENT_LEX_USER, true}, {"missing.tlx", CLIENT_LEX_USER, false},
-                 {"main.tlx", CLIENT_LEX_MAIN, true}, {"", CLIENT_LEX_FREE, false}};
-    for (int i = 0; i < 8; ++i) {
+                 {"main.tlx", CLIENT_LEX_MAIN, true}, {shared.c_str(), CLIENT_LEX_MAIN, true},
+                 {"", CLIENT_LEX_FREE, false}};
+    for (int i = 0; i < 9; ++i) {
         const ClientLexSlot &slot = clientContext.slots[i];
         EXPECT_STREQ(slot.fileName, slots[i].name) << i;
         EXPECT_EQ(slot.kind, slots[i].kind) << i;
@@ -285,6 +287,7 @@ TEST_P(ClientTest, CheckBlockDialogReturnsTheNewLengthAndKeepsChangesOnCancel) {
     ORTH_GetStatistics(nullptr, nullptr, &errors);
     EXPECT_EQ(errors, 2u);  // counted afresh for each call
     EXPECT_EQ(ORTH_CheckBlockDlg(nullptr, again, 20, 10), ORTH_BUFFER_TOO_SMALL_ERR);
+    EXPECT_EQ(ORTH_CheckCtrlDlg(nullptr, nullptr, 0), ORTH_UNSUPPORTED_ACTION_ERR);
 }
 
 // A text of more than two chunks whose replacements grow and shrink it ends
