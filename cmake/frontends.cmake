@@ -114,6 +114,7 @@ if(UNIX AND NOT APPLE)
   configure_file(${PROJECT_SOURCE_DIR}/cmake/orth.pc.in ${PROJECT_BINARY_DIR}/orth.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/orth.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
   install(FILES ${PROJECT_SOURCE_DIR}/man/orth.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  install(FILES ${PROJECT_SOURCE_DIR}/include/orth_client.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orth)
 endif()
 
 # The installed tree, and programs built against it with pkg-config and CMake.

@@ -16,7 +16,7 @@ fail() { echo "FAIL $*"; failures=$((failures + 1)); }
 
 libdir=$(dirname "$(find "$prefix" -name liborth.so -print -quit)")
 [ -d "$libdir" ] || { echo "no liborth.so installed"; exit 1; }
-for f in include/orth/orth.h include/orth/tmspl32.h share/orth/en_US/MAIN.CLX share/orth/en_GB/MAIN.CLX \
+for f in include/orth/orth.h include/orth/tmspl32.h include/orth/orth_client.h share/orth/en_US/MAIN.CLX share/orth/en_GB/MAIN.CLX \
          share/orth/en_US.aff share/man/man1/orth.1 bin/orth; do
     [ -f "$prefix/$f" ] || fail "missing $f"
 done
@@ -30,8 +30,12 @@ for lib in orth tmspl32; do
     [ "$soname" = "lib$lib.so.4" ] || fail "lib$lib.so: SONAME '$soname'"
     [ -f "$libdir/$soname" ] || fail "no $soname beside lib$lib.so"
 done
-others=$(nm -D --defined-only "$libdir/liborth.so" | awk '{print $3}' | grep -v -E '^(ORTH_|Dict|resultCodeName$)')
+# Exported: exactly the functions the installed headers declare.
+sed -n 's/.*_CALL \**\([A-Za-z_0-9]*\)(.*/\1/p' "$prefix"/include/orth/*.h | sort -u > "$prefix/declared"
+nm -D --defined-only "$libdir/liborth.so" | awk '{print $3}' | sort -u > "$prefix/exported"
+others=$(comm -13 "$prefix/declared" "$prefix/exported" | tr '\n' ' ')
 [ -z "$others" ] || fail "liborth.so exports more than the C interface: $others"
+grep -q '^ORTH_CheckWord$' "$prefix/exported" || fail "liborth.so does not export ORTH_CheckWord"
 
 cd "$prefix" || exit 1
 export PKG_CONFIG_PATH="$libdir/pkgconfig" LD_LIBRARY_PATH="$libdir"
