@@ -82,10 +82,31 @@ if(ENCHANT_FOUND AND ORTH_BUILD_TESTS)
 endif()
 
 # The shared engine library liborth.so.MAJOR: the objects of the static
-# library, exporting only the functions include/orth.h marks ORTH_API (the
-# build's default visibility is hidden). Both libraries carry a SONAME.
+# library, exporting only the functions the public headers mark ORTH_API
+# (the build's default visibility is hidden, and a version script keeps the
+# C++ library's template code local). Both libraries carry a SONAME.
 if(UNIX AND NOT APPLE)
+  # The version script lists every function the public headers declare with
+  # a calling-convention macro; everything else stays local, template code
+  # of the C++ library included.
+  file(GLOB ORTH_PUBLIC_HEADERS ${PROJECT_SOURCE_DIR}/include/*.h)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${ORTH_PUBLIC_HEADERS})
+  set(ORTH_EXPORTS "")
+  foreach(header ${ORTH_PUBLIC_HEADERS})
+    file(STRINGS ${header} lines REGEX "_CALL \\**[A-Za-z_0-9]+\\(")
+    foreach(line ${lines})
+      string(REGEX MATCH "_CALL \\**([A-Za-z_0-9]+)\\(" match "${line}")
+      list(APPEND ORTH_EXPORTS ${CMAKE_MATCH_1})
+    endforeach()
+  endforeach()
+  list(JOIN ORTH_EXPORTS ";\n    " ORTH_EXPORT_LINES)
+  file(WRITE ${PROJECT_BINARY_DIR}/liborth.map
+       "/* Generated from include/*.h: the C interface, nothing else. */\n{\n  global:\n    ${ORTH_EXPORT_LINES};\n  local:\n    *;\n};\n")
+
   add_library(orth_shared SHARED $<TARGET_OBJECTS:orth>)
+  target_link_options(orth_shared PRIVATE -Wl,--version-script=${PROJECT_BINARY_DIR}/liborth.map)
+  target_link_libraries(orth_shared PRIVATE ${CMAKE_DL_LIBS})
+  set_target_properties(orth_shared PROPERTIES LINK_DEPENDS ${PROJECT_BINARY_DIR}/liborth.map)
   set_target_properties(orth_shared PROPERTIES OUTPUT_NAME orth EXPORT_NAME orth
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
   target_include_directories(orth_shared PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>)
