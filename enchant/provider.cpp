@@ -17,6 +17,9 @@
 // (4) No entry point lets an exception or an engine failure escape: every
 //     one catches, and a failure is an answer (misspelled, no suggestions,
 //     NULL dictionary with the provider's error set).
+// (5) Like the engine, the provider serves one thread at a time, as GTK
+//     programs call Enchant; a process gets at most 16 dictionaries open at
+//     once (one engine session each).
 #include <dlfcn.h>
 #include <enchant-provider.h>
 

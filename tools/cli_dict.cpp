@@ -31,6 +31,8 @@ namespace {
 // for a file it may not read.
 std::string openFailure(const std::string &path, int16_t rc) {
     std::string reason = describeResult(rc);
+    struct stat st;
+    if (stat(path.c_str(), &st) == 0 && (st.st_mode & S_IFMT) == S_IFDIR) return "is a folder";
     if (rc == ORTH_FILE_NOT_FOUND_ERR) {
         errno = 0;
         std::FILE *f = std::fopen(path.c_str(), "rb");

@@ -131,12 +131,19 @@ int16_t openDictionarySession(const std::string &folder, const std::string &pers
     }
     struct Step {
         const std::string &path;
-        bool optional;
+        bool optional;     // skipped when nothing of that name exists
+        bool compressed;   // must be a compressed lexicon, not a text one
         int16_t *id;
-    } steps[] = {{tlx, true, nullptr}, {personal, true, personalLex}, {clx, false, nullptr}};
+    } steps[] = {{tlx, true, false, nullptr}, {personal, true, false, personalLex}, {clx, false, true, nullptr}};
     for (const Step &step : steps) {
-        if (step.optional && !isRegularFile(step.path)) continue;
+        struct stat st;
+        if (step.optional && (step.path.empty() || stat(step.path.c_str(), &st) != 0)) continue;
         int16_t rc = ORTH_OpenLex(session, step.path.c_str(), 0);
+        uint16_t format = ORTH_COMPRESSED_LEX_FORMAT;
+        if (rc >= 0 && step.compressed) ORTH_GetLexInfo(session, rc, nullptr, &format, nullptr, nullptr);
+        // Any file opens as a text lexicon; a main dictionary that is not
+        // compressed is a damaged one.
+        if (format != ORTH_COMPRESSED_LEX_FORMAT) rc = ORTH_UNKNOWN_LEXICON_TYPE_ERR;
         if (rc < 0) {
             ORTH_CloseSession(session);
             *personalLex = -1;

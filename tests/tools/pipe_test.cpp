@@ -98,6 +98,8 @@ TEST_F(Pipe, SaveFailureIsReportedAndTheWordsKeepWaiting) {
 }
 
 TEST_F(Pipe, OptionsOfHunspellLikePrograms) {
+    std::filesystem::create_directories(dir.file("bad"));
+    writeFile(dir.file("bad/MAIN.CLX"), "not a dictionary\r\n");  // opens as a text lexicon
     struct Case { std::vector<std::string> args; std::string input, out, err; int status; } cases[] = {
         {{"-vv"}, "", kBanner, "", 0},
         {{"-l", "-d", "en_XX"}, "helo cat\nwrld\n", "helo\nwrld\n", "", 0},
@@ -110,6 +112,8 @@ TEST_F(Pipe, OptionsOfHunspellLikePrograms) {
         {{"-a", "-q"}, "", "", "orth: unknown option -q", 2},
         {{"-l", "-d", "en_XX", dir.file("missing.txt")}, "", "", "missing.txt: No such file or directory", 2},
         {{"-d", "en_XX", "pipe", "-l"}, "helo\n", "helo\n", "", 0},
+        {{"-a", "-d", dir.file("bad")}, "", "", "bad/MAIN.CLX: cannot open dictionary: not a lexicon", 2},
+        {{"-a", "-d", "en_XX", "-p", dir.path()}, "", "", ": cannot open personal word list: is a folder", 2},
     };
     for (const Case &c : cases) {
         Outcome r = orth(c.args, c.input);
