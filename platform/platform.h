@@ -1,6 +1,7 @@
 // platform/platform.h — the operating-system layer. Everything the engine asks
 // of the OS goes through here: files by handle, file times, delete and rename,
-// the local clock, the user-language letter test and the path separator.
+// the local clock, the user-language letter test, the path separator and the
+// library's own module and file name.
 // platform/posix/ implements it over POSIX calls, platform/win32/ over Win32.
 //
 // Test builds (ORTH_FAULT_SEAMS) can make writes fail, so that tests walk a
@@ -19,7 +20,7 @@ void platClose(int32_t handle);
 int32_t platFileTime(const char *path);                 // modification time, 0 when unknown
 bool platFileExists(const char *path);
 int platRemove(const char *path);                       // 0 on success
-int platRename(const char *from, const char *to);       // 0 on success
+int platRename(const char *from, const char *to);       // 0 on success; replaces an existing target
 
 // The native path separator, used where the engine joins a folder and a name.
 char platPathSeparator();
@@ -38,6 +39,16 @@ void platDateText(const PlatTime &t, char out[25]);
 
 // Whether a byte is a letter in the user's language (Windows' IsCharAlphaA).
 bool platIsCharAlpha(unsigned char c);
+
+// The library's own module. A Windows DLL stores its module handle here when
+// it loads (DllMain); a program that links the engine statically stores
+// nothing, and the handle stays null.
+void platSetModuleHandle(void *module);
+void *platModuleHandle();
+// The full path of the file the engine was loaded from: the DLL (or shared
+// library) holding it, else the program. Its length; 0, with buffer emptied,
+// when it cannot be had or does not fit in size - 1 characters.
+uint32_t platModuleFileName(char *buffer, uint32_t size);
 
 #ifdef ORTH_FAULT_SEAMS
 // Let the next n writes succeed, then fail every write (short write of 0)

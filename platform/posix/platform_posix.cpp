@@ -4,11 +4,17 @@
 
 #include <cctype>
 #include <cstdio>
+#include <cstring>
 #include <ctime>
+#include <dlfcn.h>
 #include <fcntl.h>
+#include <link.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace {
+void *moduleHandle = nullptr;  // stored for the interface's sake; POSIX has no use for it
+}  // namespace
 
 int32_t platOpenRead(const char *path) {
     if (path == nullptr) return -1;
@@ -70,8 +76,10 @@ bool platFileExists(const char *path) {
     return path != nullptr && stat(path, &st) == 0;
 }
 
-int platRemove(const char *path) { return std::remove(path); }
-int platRename(const char *from, const char *to) { return std::rename(from, to); }
+int platRemove(const char *path) { return path != nullptr ? std::remove(path) : -1; }
+int platRename(const char *from, const char *to) {
+    return from != nullptr && to != nullptr ? std::rename(from, to) : -1;
+}
 
 char platPathSeparator() { return '/'; }
 
@@ -103,4 +111,34 @@ bool platIsCharAlpha(unsigned char c) {
     default:
         return false;
     }
+}
+
+void platSetModuleHandle(void *module) { moduleHandle = module; }
+
+void *platModuleHandle() { return moduleHandle; }
+
+// The shared object holding this function, else the program itself
+// (/proc/self/exe: dladdr would give the program's argv[0], which may be
+// relative or not a path at all).
+uint32_t platModuleFileName(char *buffer, uint32_t size) {
+    if (buffer == nullptr || size == 0) return 0;
+    buffer[0] = '\0';
+    Dl_info info;
+    struct link_map *map = nullptr;
+    bool inLibrary = dladdr1(reinterpret_cast<void *>(&platModuleFileName), &info,
+                             reinterpret_cast<void **>(&map), RTLD_DL_LINKMAP) != 0 &&
+                     map != nullptr && map->l_name != nullptr && map->l_name[0] != '\0';
+    if (inLibrary) {
+        size_t len = std::strlen(map->l_name);
+        if (len >= size) return 0;
+        std::memcpy(buffer, map->l_name, len + 1);
+        return static_cast<uint32_t>(len);
+    }
+    ssize_t n = readlink("/proc/self/exe", buffer, size);
+    if (n <= 0 || static_cast<size_t>(n) >= size) {
+        buffer[0] = '\0';
+        return 0;
+    }
+    buffer[n] = '\0';
+    return static_cast<uint32_t>(n);
 }
