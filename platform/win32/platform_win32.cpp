@@ -9,7 +9,8 @@
 // (3) platRename replaces an existing target in one step (MoveFileExA), as
 //     POSIX rename does, so a rewrite never leaves neither file behind.
 // (4) moduleHandle is the DLL's HINSTANCE, stored by DllMain at load; null
-//     in a program that links the engine statically.
+//     in a program that links the engine statically, where
+//     GetModuleFileNameA names the program.
 #include "platform/platform.h"
 #include "platform/faults.h"
 
@@ -98,14 +99,16 @@ void platSetModuleHandle(void *module) { moduleHandle = module; }
 
 void *platModuleHandle() { return moduleHandle; }
 
-uint32_t platModuleFileName(char *buffer, uint32_t size) {
-    if (buffer == nullptr || size == 0) return 0;
-    // GetModuleFileNameA fills the buffer and returns size when the name
-    // does not fit (without a terminator on older systems): refuse that.
-    DWORD n = GetModuleFileNameA(static_cast<HMODULE>(moduleHandle), buffer, size);
-    if (n == 0 || n >= size) {
-        buffer[0] = '\0';
-        return 0;
-    }
+uint32_t platModuleFileName(char *out, uint32_t size) {
+    if (out == nullptr || size == 0) return 0;
+    // A name that does not fit comes back cut to size - 1 characters; older
+    // systems then leave it unterminated, so terminate it here.
+    DWORD n = GetModuleFileNameA(static_cast<HMODULE>(moduleHandle), out, size);
+    if (n >= size) n = size - 1;
+    out[n] = '\0';
     return n;
 }
+
+uint32_t platVersion() { return GetVersion(); }
+
+uint32_t platProcessId() { return GetCurrentProcessId(); }

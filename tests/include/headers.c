@@ -8,6 +8,7 @@
 #include <string.h>
 
 #include "orth.h"
+#include "orth_client.h"
 #include "tmspl32.h"
 
 #ifdef _WIN32

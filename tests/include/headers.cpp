@@ -6,6 +6,7 @@
 #include <type_traits>
 
 #include "orth.h"
+#include "orth_client.h"
 #include "tmspl32.h"
 
 static_assert(std::is_same<decltype(&DictOpen),
