@@ -5,8 +5,9 @@
 //     starts empty. The notification always succeeds.
 // (2) Unloading closes no engine session: sessions that Dict handles or the
 //     host still hold stay as they are, and at process exit the system takes
-//     their memory and files. Only the client context of the client layer,
-//     where the DLL carries one, is closed at process detach.
+//     their memory and files. The client context is the one thing process
+//     detach closes, in a DLL that exports the client layer; neither of these
+//     exports it yet, so nothing else happens here.
 #include <windows.h>
 
 #include "platform/platform.h"
