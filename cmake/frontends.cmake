@@ -20,7 +20,8 @@ endif()
 foreach(tag en_US en_GB)
   if(TARGET dict_${tag})
     set(aff ${PROJECT_BINARY_DIR}/share/orth/${tag}.aff)
-    file(WRITE ${aff} "# Word characters for editors; the dictionary is the folder ${tag}.\nSET UTF-8\nWORDCHARS '’\n")
+    file(WRITE ${aff}
+         "# Word characters for editors; the dictionary is the folder ${tag}.\nSET UTF-8\nWORDCHARS '’\n")
     install(FILES ${aff} DESTINATION ${CMAKE_INSTALL_DATADIR}/orth)
   endif()
 endforeach()
@@ -101,7 +102,8 @@ if(UNIX AND NOT APPLE)
   endforeach()
   list(JOIN ORTH_EXPORTS ";\n    " ORTH_EXPORT_LINES)
   file(WRITE ${PROJECT_BINARY_DIR}/liborth.map
-       "/* Generated from include/*.h: the C interface, nothing else. */\n{\n  global:\n    ${ORTH_EXPORT_LINES};\n  local:\n    *;\n};\n")
+       "/* Generated from include/*.h: the C interface, nothing else. */\n"
+       "{\n  global:\n    ${ORTH_EXPORT_LINES};\n  local:\n    *;\n};\n")
 
   add_library(orth_shared SHARED $<TARGET_OBJECTS:orth>)
   target_link_options(orth_shared PRIVATE -Wl,--version-script=${PROJECT_BINARY_DIR}/liborth.map)

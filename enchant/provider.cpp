@@ -72,7 +72,8 @@ std::string folderForTag(const char *tag) {
     std::vector<std::string> names = listDictionaries(roots);
     std::string prefix = t + "_", pick;
     for (const std::string &name : names)
-        if (name.compare(0, prefix.size(), prefix) == 0 && (pick.empty() || name == kDefaultDictionaryName)) pick = name;
+        if (name.compare(0, prefix.size(), prefix) == 0 && (pick.empty() || name == kDefaultDictionaryName))
+            pick = name;
     return pick.empty() ? "" : findDictionary(pick, roots);
 }
 
@@ -96,7 +97,6 @@ int checkWord(EnchantDict *me, const char *const word, size_t len) {
         OrthDict *d = dictOf(me);
         std::string w;
         if (!toDictWord(word, len, &w)) return 1;
-        if (w.find_first_not_of("0123456789") == std::string::npos) return 0;  // a number
         char replacement[64];
         int16_t rc = frontCheckWord(d->session, w.c_str(), replacement, &d->caps);
         if (rc < 0) return -1;

@@ -133,15 +133,16 @@ bool acceptsAllCapitals(int16_t session, const char *word, CapsMemo *memo) {
     return ok;
 }
 
-// Ordinals with the right ending (1st, 22nd, 113th, 2ND) and plurals of
-// numbers (1990s, 80s).
+// Numbers, ordinals with the right ending (1st, 22nd, 113th, 2ND) and
+// plurals of numbers (1990s, 80s).
 bool isNumberWord(const char *word) {
     size_t digits = 0;
     while (word[digits] >= '0' && word[digits] <= '9') ++digits;
     if (digits == 0) return false;
     std::string rest;
-    for (const char *p = word + digits; *p != '\0'; ++p) rest += static_cast<char>(std::tolower(static_cast<unsigned char>(*p)));
-    if (rest == "s") return true;
+    for (const char *p = word + digits; *p != '\0'; ++p)
+        rest += static_cast<char>(std::tolower(static_cast<unsigned char>(*p)));
+    if (rest.empty() || rest == "s") return true;
     int last = word[digits - 1] - '0', tens = digits > 1 ? word[digits - 2] - '0' : 0;
     const char *ending = tens == 1 || last == 0 || last > 3 ? "th" : last == 1 ? "st" : last == 2 ? "nd" : "rd";
     return rest == ending;

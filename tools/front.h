@@ -36,9 +36,9 @@ int16_t frontCheckWord(int16_t session, const char *word, char replacement[64], 
 // Whether the front-end rule accepts a word the engine rejected: the
 // all-capitals form of a word the session accepts in some case form
 // (DECEMBER, MYSPACE), the possessive of an accepted plural (parties',
-// which the engine's possessive stripping turns into partie), an ordinal
-// with the right ending (21st, 12th) or a number's plural (1990s). memo may
-// be null.
+// which the engine's possessive stripping turns into partie), a number, an
+// ordinal with the right ending (21st, 12th) or a number's plural (1990s).
+// memo may be null.
 bool frontAcceptsRejected(int16_t session, const char *word, CapsMemo *memo);
 // Whether an accepted word was accepted only by splitting it at hyphens or
 // apostrophes (or into a run of words): the session rejects it with its
