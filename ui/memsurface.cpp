@@ -62,6 +62,19 @@ void memShowContext(UiSurface *s, const char *text, int32_t length, int32_t star
     fe->contextCount = count;
 }
 
+void memPlace(UiSurface *s, const void *editControl, bool locked, int16_t x, int16_t y) {
+    frontEndOf(s)->placements.push_back(std::string(editControl != nullptr ? "control" : "none") +
+                                        (locked ? " lock " : " free ") + std::to_string(x) + " " +
+                                        std::to_string(y));
+}
+
+void memGetPosition(UiSurface *s, int16_t *x, int16_t *y) {
+    *x = frontEndOf(s)->positionX;
+    *y = frontEndOf(s)->positionY;
+}
+
+void memSetNormalWeight(UiSurface *s) { ++frontEndOf(s)->normalWeightCalls; }
+
 const UiSurfaceOps *memOps() {
     static const UiSurfaceOps ops = [] {
         UiSurfaceOps o{};
@@ -71,6 +84,9 @@ const UiSurfaceOps *memOps() {
         o.waitCursor = memWaitCursor;
         o.help = memHelp;
         o.runDialog = memRunDialog;
+        o.place = memPlace;
+        o.getPosition = memGetPosition;
+        o.setNormalWeight = memSetNormalWeight;
         o.showContext = memShowContext;
         return o;
     }();

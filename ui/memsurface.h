@@ -58,6 +58,9 @@ struct MemFrontEnd {
     std::vector<std::string> leftOpen;    // dialogs still open after their script and Esc
     int waitDepth = 0;                    // wait cursor: ons minus offs
     bool waitUnbalanced = false;          // an off without an on
+    std::vector<std::string> placements;  // "control|none lock x y" for every placement
+    int16_t positionX = 0, positionY = 0; // where the dialogs report themselves
+    int normalWeightCalls = 0;
     std::string contextText;              // the last context line shown
     int32_t contextStart = -1, contextCount = 0;
 

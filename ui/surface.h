@@ -15,7 +15,9 @@
 //   - A command arrives only for an enabled control. A check box or radio
 //     button has already changed its state when its click arrives (automatic
 //     buttons); a list's selection and a combo's edit field have changed when
-//     the selection change arrives.
+//     the selection change arrives (Windows updates a combo's edit field only
+//     after CBN_SELCHANGE, so the Win32 surface answers getText for such a
+//     combo from its selected entry while the event runs).
 //   - The controller's own calls raise no events, with one exception that
 //     Win32 has too: setting the text of a single-line edit raises
 //     UI_EDIT_CHANGED for it, synchronously, before Ui_SetText returns, just
@@ -23,6 +25,16 @@
 //     set.)
 //   - Ui_EndDialog ends the dialog with a value once the current event
 //     returns; the front end's run call then returns that value.
+//
+// Starting a dialog: the one who starts it (the client layer's dialog calls,
+// or another dialog's controller) fills a DialogController with the
+// template name, its init and command functions and a pointer to the run's
+// state (for Check Spelling the check context and the stop's words), then
+// calls the front end's runDialog (UiFrontEnd, for a dialog without a dialog
+// owner) or Ui_RunDialog (for one owned by a running dialog); either returns
+// the value the controller passed to Ui_EndDialog. The client layer keeps
+// the UiFrontEnd of the front end in use: the terminal's (termsurface.h), the
+// Win32 one, or the in-memory one of the tests (memsurface.h).
 //
 // Controls are addressed by identifier. A call naming a control the
 // dialog does not have does nothing and logs a line; readers then return 0,
@@ -113,6 +125,14 @@ struct UiSurfaceOps {
     // Runs another dialog modally, owned by this one; returns its end value.
     int32_t (*runDialog)(UiSurface *, const DialogController *child);       // DialogBoxParamA
     void (*endDialog)(UiSurface *, int32_t value);                          // EndDialog
+    // Places the dialog by placeCheckDialog (placement.h): the front end
+    // supplies the dialog's size and position, the usable screen area, the
+    // frame gaps and the rectangle of the host's edit control (null: none).
+    void (*place)(UiSurface *, const void *editControl, bool locked, int16_t x, int16_t y);
+    // The dialog's top-left corner on the screen (GetWindowRect).
+    void (*getPosition)(UiSurface *, int16_t *x, int16_t *y);
+    // Gives every control a normal-weight (400) variant of the dialog font.
+    void (*setNormalWeight)(UiSurface *);
     // Shows a line of the checked text with [start, start + count) marked,
     // where the front end has room for it (the terminal shows it above the
     // dialog); the Win32 surface has the host's own edit control for that.
@@ -164,6 +184,11 @@ inline void Ui_WaitCursor(UiSurface *s, bool on) { s->ops->waitCursor(s, on); }
 inline void Ui_Help(UiSurface *s, const char *file, uint32_t context) { s->ops->help(s, file, context); }
 inline int32_t Ui_RunDialog(UiSurface *s, const DialogController *c) { return s->ops->runDialog(s, c); }
 inline void Ui_EndDialog(UiSurface *s, int32_t value) { s->ops->endDialog(s, value); }
+inline void Ui_Place(UiSurface *s, const void *editControl, bool locked, int16_t x, int16_t y) {
+    s->ops->place(s, editControl, locked, x, y);
+}
+inline void Ui_GetPosition(UiSurface *s, int16_t *x, int16_t *y) { s->ops->getPosition(s, x, y); }
+inline void Ui_SetNormalWeight(UiSurface *s) { s->ops->setNormalWeight(s); }
 inline void Ui_ShowContext(UiSurface *s, const char *text, int32_t length, int32_t start, int32_t count) {
     s->ops->showContext(s, text, length, start, count);
 }

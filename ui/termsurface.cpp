@@ -71,33 +71,30 @@ void pad(Line *line, int column) {
 
 // A caption with its '&' marks removed and the accelerator underlined;
 // for a button, the accelerator is also put in brackets. A disabled
-// control shows no mark.
+// control shows no mark. "&&" is an ampersand, and only the first single
+// '&' marks a character, as in Windows.
 void addCaption(Line *line, const std::string &caption, uint8_t attr, bool enabled, bool button) {
-    std::string plain;
+    std::string before, after;
+    char key = 0;
     for (size_t i = 0; i < caption.size(); ++i) {
-        if (caption[i] != '&') {
-            plain += caption[i];
-            continue;
-        }
-        if (i + 1 < caption.size() && caption[i + 1] == '&') {
-            plain += '&';
+        char c = caption[i];
+        if (c == '&' && i + 1 < caption.size() && caption[i + 1] == '&') {
             ++i;
+        } else if (c == '&') {
+            if (key == 0 && i + 1 < caption.size()) key = caption[++i];
             continue;
         }
-        if (i + 1 >= caption.size() || !enabled) continue;
-        add(line, plain, attr);
-        plain.clear();
-        if (button) add(line, "[", attr);
-        add(line, std::string(1, caption[i + 1]), uint8_t(attr | kTermUnderline | kTermBold));
-        if (button) add(line, "]", attr);
-        ++i;
-        // The rest may hold a second '&' (Windows marks only the first): drop it.
-        for (size_t j = i + 1; j < caption.size(); ++j)
-            if (caption[j] != '&' || (j + 1 < caption.size() && caption[j + 1] == '&' && ++j))
-                plain += caption[j];
-        break;
+        (key != 0 ? after : before) += c;
     }
-    add(line, plain, attr);
+    if (key == 0 || !enabled) {
+        add(line, before + (key != 0 ? std::string(1, key) : std::string()) + after, attr);
+        return;
+    }
+    add(line, before, attr);
+    if (button) add(line, "[", attr);
+    add(line, std::string(1, key), uint8_t(attr | kTermUnderline | kTermBold));
+    if (button) add(line, "]", attr);
+    add(line, after, attr);
 }
 
 std::string captionWithoutMarks(const std::string &caption) {
@@ -266,7 +263,8 @@ std::vector<Line> buttonLines(const UiDialog *d, const std::vector<int> &buttons
     return out;
 }
 
-// The context line: the text around the marked range, fitted to the width.
+// The context line: the text around the marked range, fitted to the width;
+// "..." stands for text cut off at either end.
 Line contextLine(const TermUi *t, int columns) {
     Line l;
     add(&l, " ");
@@ -275,16 +273,21 @@ Line contextLine(const TermUi *t, int columns) {
         if (static_cast<unsigned char>(ch) < 0x20) ch = ' ';
     int32_t n = int32_t(text.size());
     int32_t start = std::max<int32_t>(0, std::min(t->contextStart, n));
-    int32_t count = std::max<int32_t>(0, std::min(t->contextCount, n - start));
-    int32_t room = std::max(10, columns - 2);
-    int32_t first = 0;
-    if (n > room) first = std::max<int32_t>(0, std::min(start - (room - count) / 2, n - room + 3));
-    int32_t last = std::min(n, first + room - (first > 0 ? 3 : 0) - 3);
-    if (first + room >= n) last = n;
+    int32_t end = start + std::max<int32_t>(0, std::min(t->contextCount, n - start));
+    int32_t room = std::max(16, columns - 2);
+    int32_t first = 0, last = n;
+    if (n > room) {
+        first = std::max<int32_t>(0, std::min(start - (room - (end - start)) / 2, n - room));
+        last = first + room;
+        if (first > 0) first += 3;
+        if (last < n) last -= 3;
+    }
+    int32_t markFrom = std::max(start, first), markTo = std::min(end, last);
+    if (markTo < markFrom) markFrom = markTo = first;
     if (first > 0) add(&l, "...", kTermDim);
-    add(&l, text.substr(size_t(first), size_t(std::max(0, std::min(start, last) - first))));
-    if (start < last) add(&l, text.substr(size_t(start), size_t(std::min(count, last - start))), kTermReverse | kTermBold);
-    if (start + count < last) add(&l, text.substr(size_t(start + count), size_t(last - start - count)));
+    add(&l, text.substr(size_t(first), size_t(markFrom - first)));
+    add(&l, text.substr(size_t(markFrom), size_t(markTo - markFrom)), kTermReverse | kTermBold);
+    add(&l, text.substr(size_t(markTo), size_t(last - markTo)));
     if (last < n) add(&l, "...", kTermDim);
     return l;
 }
@@ -668,6 +671,11 @@ void termShowContext(UiSurface *s, const char *text, int32_t length, int32_t sta
     t->contextCount = count;
 }
 
+// A terminal dialog fills the screen: it has no place, position or font weight.
+void termPlace(UiSurface *, const void *, bool, int16_t, int16_t) {}
+void termGetPosition(UiSurface *, int16_t *x, int16_t *y) { *x = *y = 0; }
+void termSetNormalWeight(UiSurface *) {}
+
 const UiSurfaceOps *termOps() {
     static const UiSurfaceOps ops = [] {
         UiSurfaceOps o{};
@@ -677,6 +685,9 @@ const UiSurfaceOps *termOps() {
         o.waitCursor = termWaitCursor;
         o.help = termHelp;
         o.runDialog = termRunDialog;
+        o.place = termPlace;
+        o.getPosition = termGetPosition;
+        o.setNormalWeight = termSetNormalWeight;
         o.showContext = termShowContext;
         return o;
     }();
