@@ -6,6 +6,9 @@
 #include "ui/rcscript.h"
 
 #include <cstdio>
+#include <vector>
+
+#include "host/texts.h"
 
 namespace {
 
@@ -107,4 +110,14 @@ void writeResourceScript(std::string *out, const RcStringTable *tables, int tabl
     writeDialogResources(out);
     for (int i = 0; tables != nullptr && i < tableCount; ++i)
         writeStringTable(out, tables[i].strings, tables[i].count);
+}
+
+void writeLibraryResourceScript(std::string *out) {
+    // Every id a resource string can have, asked of the string table, so
+    // that a text added there reaches the script without a second list.
+    std::vector<RcString> strings;
+    for (uint32_t id = 0; id <= 0xFFFF; ++id)
+        if (const char *text = clientText(id)) strings.push_back({uint16_t(id), text});
+    RcStringTable table{strings.data(), int(strings.size())};
+    writeResourceScript(out, &table, 1);
 }

@@ -35,3 +35,7 @@ struct RcStringTable {
     int count;
 };
 void writeResourceScript(std::string *out, const RcStringTable *tables, int tableCount);
+
+// The library's script: the dialogs and every text of the client layer's
+// string table (host/texts.h) in the order of their ids.
+void writeLibraryResourceScript(std::string *out);

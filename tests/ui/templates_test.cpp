@@ -183,10 +183,10 @@ TEST(ResourceScript, EveryControlReadsBackAsTheTableHasIt) {
 }
 
 const RcString kSampleStrings[] = {
-    {1044, "Please enter \"word:replacement\" for this dictionary type."},
-    {1068, "Dictionary files (*.tlx)|*.tlx|All files (*.*)|*.*|"},
-    {1081, "Norwegian (Bokm\xE5l)"},
-    {1099, "C:\\dicts\\%s"},
+    {2044, "Please enter \"word:replacement\" for this dictionary type."},
+    {2068, "Dictionary files (*.tlx)|*.tlx|All files (*.*)|*.*|"},
+    {2081, "Norwegian (Bokm\xE5l)"},
+    {2099, "C:\\dicts\\%s"},
 };
 
 TEST(ResourceScript, StringTablesAreQuotedForTheResourceCompiler) {
@@ -194,35 +194,39 @@ TEST(ResourceScript, StringTablesAreQuotedForTheResourceCompiler) {
     writeStringTable(&out, kSampleStrings, 4);
     EXPECT_EQ(out,
               "STRINGTABLE\nBEGIN\n"
-              "    1044, \"Please enter \"\"word:replacement\"\" for this dictionary type.\"\n"
-              "    1068, \"Dictionary files (*.tlx)|*.tlx|All files (*.*)|*.*|\"\n"
-              "    1081, \"Norwegian (Bokm\\345l)\"\n"
-              "    1099, \"C:\\134dicts\\134%s\"\n"
+              "    2044, \"Please enter \"\"word:replacement\"\" for this dictionary type.\"\n"
+              "    2068, \"Dictionary files (*.tlx)|*.tlx|All files (*.*)|*.*|\"\n"
+              "    2081, \"Norwegian (Bokm\\345l)\"\n"
+              "    2099, \"C:\\134dicts\\134%s\"\n"
               "END\n\n");
     out.clear();
     writeStringTable(&out, kSampleStrings, 0);
     EXPECT_EQ(out, "");
 }
 
-TEST(ResourceScript, TheGeneratorWritesTheScriptAndTheCompilerTakesIt) {
+TEST(ResourceScript, TheGeneratorWritesTheLibraryScriptAndTheCompilerTakesIt) {
     TempDir dir;
     std::string expected;
-    writeResourceScript(&expected, nullptr, 0);
+    writeLibraryResourceScript(&expected);
     std::string rc = dir.file("orth.rc");
     ASSERT_EQ(std::system((std::string(ORTH_RCGEN) + " " + rc).c_str()), 0);
     EXPECT_EQ(readFile(rc), expected);
     EXPECT_NE(std::system((std::string(ORTH_RCGEN) + " a b 2>/dev/null").c_str()), 0);
+    // The string table holds the client layer's texts, the language names among them.
+    for (const char *line : {"STRINGTABLE\nBEGIN\n    1033, \"Error adding word to dictionary\"\n",
+                             "    1044, \"Please enter \"\"word:replacement\"\" for this dictionary type.\"\n",
+                             "    1081, \"Norwegian (Bokmal)\"\n", "    1088, \"Dictionary file %s can't be added.\"\n"})
+        EXPECT_NE(expected.find(line), std::string::npos) << line;
 
     if (std::system("command -v i686-w64-mingw32-windres >/dev/null 2>&1") != 0)
         GTEST_SKIP() << "i686-w64-mingw32-windres is not installed";
-    std::string full;
-    RcStringTable tables[] = {{kSampleStrings, 4}};
-    writeResourceScript(&full, tables, 1);
-    writeFile(rc, full);
+    std::string samples;
+    writeStringTable(&samples, kSampleStrings, 4);
+    writeFile(rc, expected + samples);
     std::string res = dir.file("orth.res");
     std::string cmd = "i686-w64-mingw32-windres " + rc + " -O coff -o " + res + " 2>" + dir.file("err");
     EXPECT_EQ(std::system(cmd.c_str()), 0) << readFile(dir.file("err"));
-    EXPECT_GT(readFile(res).size(), 4000u);
+    EXPECT_GT(readFile(res).size(), 6000u);
 }
 
 TEST(SurfaceHelpers, FilterListsTakeTheirLastCharacterAsSeparator) {

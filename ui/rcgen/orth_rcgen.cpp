@@ -3,21 +3,15 @@
 // to standard output. An output file is only rewritten when its contents
 // change, so a build does not recompile resources needlessly.
 //
-// It depends on nothing but the templates table and the text tables, so it
-// builds with the host compiler in a cross build.
+// It depends on nothing but the templates table and the string table (and
+// the language names it borrows), so a cross build can compile it for the
+// build machine.
 #include <cstdio>
 #include <string>
 
 #include "ui/rcscript.h"
 
 namespace {
-
-// The string tables of the script, written in this order. The user-visible
-// texts of the client layer and of the dialogs are listed here as tables of
-// RcString; none is needed for the dialogs part.
-const RcStringTable kStringTables[] = {
-    {nullptr, 0},
-};
 
 bool sameContents(const char *path, const std::string &text) {
     FILE *f = std::fopen(path, "rb");
@@ -37,7 +31,7 @@ int main(int argc, char **argv) {
         return 2;
     }
     std::string script;
-    writeResourceScript(&script, kStringTables, sizeof kStringTables / sizeof kStringTables[0]);
+    writeLibraryResourceScript(&script);
     if (argc < 2) return std::fwrite(script.data(), 1, script.size(), stdout) == script.size() ? 0 : 1;
 
     const char *path = argv[1];
