@@ -14,14 +14,7 @@ MemFrontEnd *frontEndOf(UiSurface *s) {
 std::string orEmpty(const char *text) { return text == nullptr ? std::string() : std::string(text); }
 
 int memMessageBox(UiSurface *s, const char *text, const char *caption, UiButtons buttons) {
-    MemFrontEnd *fe = frontEndOf(s);
-    int answer = kIdOk;
-    if (buttons == UI_MB_OKCANCEL && !fe->boxAnswers.empty()) {
-        answer = fe->boxAnswers.front() == kIdCancel ? kIdCancel : kIdOk;
-        fe->boxAnswers.pop_front();
-    }
-    fe->boxes.push_back({orEmpty(text), orEmpty(caption), buttons, answer});
-    return answer;
+    return frontEndOf(s)->messageBox(text, caption, buttons);
 }
 
 bool memFileDialog(UiSurface *s, const UiFileRequest *r, char *path, int32_t size) {
@@ -43,11 +36,7 @@ bool memFileDialog(UiSurface *s, const UiFileRequest *r, char *path, int32_t siz
     return answer.chosen;
 }
 
-void memWaitCursor(UiSurface *s, bool on) {
-    MemFrontEnd *fe = frontEndOf(s);
-    fe->waitDepth += on ? 1 : -1;
-    if (fe->waitDepth < 0) fe->waitUnbalanced = true;
-}
+void memWaitCursor(UiSurface *s, bool on) { frontEndOf(s)->waitCursor(on); }
 
 void memHelp(UiSurface *s, const char *helpFile, uint32_t context) {
     frontEndOf(s)->helpCalls.push_back({orEmpty(helpFile), context});
@@ -93,9 +82,12 @@ const UiSurfaceOps *memOps() {
     return &ops;
 }
 
-int32_t runTopLevel(UiFrontEnd *frontEnd, const DialogController *dialog) {
-    return static_cast<MemFrontEnd *>(frontEnd->impl)->run(dialog);
+MemFrontEnd *implOf(UiFrontEnd *frontEnd) { return static_cast<MemFrontEnd *>(frontEnd->impl); }
+int32_t feRunDialog(UiFrontEnd *f, const DialogController *dialog) { return implOf(f)->run(dialog); }
+int feMessageBox(UiFrontEnd *f, const char *text, const char *caption, UiButtons buttons) {
+    return implOf(f)->messageBox(text, caption, buttons);
 }
+void feWaitCursor(UiFrontEnd *f, bool on) { implOf(f)->waitCursor(on); }
 
 }  // namespace
 
@@ -154,4 +146,19 @@ int32_t MemFrontEnd::run(const DialogController *controller) {
     return dialog.endValue();
 }
 
-UiFrontEnd MemFrontEnd::frontEnd() { return UiFrontEnd{runTopLevel, this}; }
+int MemFrontEnd::messageBox(const char *text, const char *caption, UiButtons buttons) {
+    int answer = kIdOk;
+    if (buttons == UI_MB_OKCANCEL && !boxAnswers.empty()) {
+        answer = boxAnswers.front() == kIdCancel ? kIdCancel : kIdOk;
+        boxAnswers.pop_front();
+    }
+    boxes.push_back({orEmpty(text), orEmpty(caption), buttons, answer});
+    return answer;
+}
+
+void MemFrontEnd::waitCursor(bool on) {
+    waitDepth += on ? 1 : -1;
+    if (waitDepth < 0) waitUnbalanced = true;
+}
+
+UiFrontEnd MemFrontEnd::frontEnd() { return UiFrontEnd{feRunDialog, feMessageBox, feWaitCursor, this}; }

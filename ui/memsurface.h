@@ -68,7 +68,9 @@ struct MemFrontEnd {
     // a log line and an entry in leftOpen) when it would not end, or when its
     // template is unknown.
     int32_t run(const DialogController *controller);
-    UiFrontEnd frontEnd();  // top-level runs through this record
+    int messageBox(const char *text, const char *caption, UiButtons buttons);
+    void waitCursor(bool on);
+    UiFrontEnd frontEnd();  // the front end over this record
 };
 
 // One dialog of the in-memory front end.

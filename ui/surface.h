@@ -145,9 +145,13 @@ struct UiSurface {
     void *impl;  // the front end's own record
 };
 
-// A front end runs top-level dialogs (those without a dialog owner).
+// A front end: what the client layer reaches outside any dialog. It runs
+// top-level dialogs (those without a dialog owner), shows message boxes
+// without an owner (MessageBoxA with a null window) and the wait cursor.
 struct UiFrontEnd {
     int32_t (*runDialog)(UiFrontEnd *frontEnd, const DialogController *dialog);
+    int (*messageBox)(UiFrontEnd *frontEnd, const char *text, const char *caption, UiButtons buttons);
+    void (*waitCursor)(UiFrontEnd *frontEnd, bool on);
     void *impl;
 };
 

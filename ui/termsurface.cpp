@@ -534,8 +534,8 @@ Box messageBoxOf(const TermUi *t, const char *text, const char *caption, UiButto
     return box;
 }
 
-int termMessageBox(UiSurface *s, const char *text, const char *caption, UiButtons buttons) {
-    TermUi *t = termOf(s);
+int showMessageBox(TermUi *t, const char *text, const char *caption, UiButtons buttons) {
+    if (!t->begun) return buttons == UI_MB_OKCANCEL ? kIdCancel : kIdOk;
     Box box = messageBoxOf(t, text, caption, buttons);
     show(t, &box);
     for (;;) {
@@ -544,6 +544,10 @@ int termMessageBox(UiSurface *s, const char *text, const char *caption, UiButton
         if (k == kKeyEnter || k == ' ' || k == 'o' || k == 'O') return kIdOk;
         if (k == kKeyEsc || k == 'c' || k == 'C') return buttons == UI_MB_OKCANCEL ? kIdCancel : kIdOk;
     }
+}
+
+int termMessageBox(UiSurface *s, const char *text, const char *caption, UiButtons buttons) {
+    return showMessageBox(termOf(s), text, caption, buttons);
 }
 
 std::string folderOf(const std::string &path) {
@@ -603,6 +607,7 @@ bool acceptPath(UiSurface *s, const UiFileRequest *r, const std::string &path, i
 
 bool termFileDialog(UiSurface *s, const UiFileRequest *r, char *path, int32_t size) {
     TermUi *t = termOf(s);
+    if (!t->begun) return false;
     std::string typed = r->fileName != nullptr ? r->fileName : "";
     for (;;) {
         Box box{r->title != nullptr && r->title[0] != '\0' ? r->title : (r->save ? "Save As" : "Open"), {}};
@@ -618,12 +623,7 @@ bool termFileDialog(UiSurface *s, const UiFileRequest *r, char *path, int32_t si
         add(&name, "]");
         add(&keys, "Enter: choose    Esc: cancel", kTermBold);
         box.body = {files, folder, Line(), name, Line(), keys};
-        if (t->begun) {
-            TermScreen screen;
-            TermUi_Draw(t, &screen);
-            drawBox(&screen, box, t->codec);
-            writeScreen(screen, false);
-        }
+        show(t, &box);
         int k = nextKey(t, &box);
         if (k == kTermClosed || k == kKeyEsc) return false;
         if (k == kKeyEnter) {
@@ -646,11 +646,12 @@ bool termFileDialog(UiSurface *s, const UiFileRequest *r, char *path, int32_t si
     }
 }
 
-void termWaitCursor(UiSurface *s, bool on) {
-    TermUi *t = termOf(s);
+void setWaitCursor(TermUi *t, bool on) {
     t->waitDepth = std::max(0, t->waitDepth + (on ? 1 : -1));
     if (on && t->waitDepth == 1) show(t, nullptr);
 }
+
+void termWaitCursor(UiSurface *s, bool on) { setWaitCursor(termOf(s), on); }
 
 void termHelp(UiSurface *s, const char *helpFile, uint32_t context) {
     std::string text =
@@ -694,9 +695,12 @@ const UiSurfaceOps *termOps() {
     return &ops;
 }
 
-int32_t runTopLevel(UiFrontEnd *frontEnd, const DialogController *dialog) {
-    return TermUi_Run(static_cast<TermUi *>(frontEnd->impl), dialog);
+TermUi *implOf(UiFrontEnd *frontEnd) { return static_cast<TermUi *>(frontEnd->impl); }
+int32_t feRunDialog(UiFrontEnd *f, const DialogController *dialog) { return TermUi_Run(implOf(f), dialog); }
+int feMessageBox(UiFrontEnd *f, const char *text, const char *caption, UiButtons buttons) {
+    return showMessageBox(implOf(f), text, caption, buttons);
 }
+void feWaitCursor(UiFrontEnd *f, bool on) { setWaitCursor(implOf(f), on); }
 
 }  // namespace
 
@@ -831,6 +835,6 @@ void TermUi_End(TermUi *t) {
     t->begun = false;
 }
 
-UiFrontEnd TermUi_FrontEnd(TermUi *t) { return UiFrontEnd{runTopLevel, t}; }
+UiFrontEnd TermUi_FrontEnd(TermUi *t) { return UiFrontEnd{feRunDialog, feMessageBox, feWaitCursor, t}; }
 
 #endif

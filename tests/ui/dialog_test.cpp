@@ -341,10 +341,13 @@ TEST(MemFrontEnd, ScriptedAnswersRecordsAndNestedDialogs) {
     fe.positionY = -3;
     UiFrontEnd front = fe.frontEnd();
     EXPECT_EQ(front.runDialog(&front, &r.controller), -17);
+    front.waitCursor(&front, true);
+    EXPECT_EQ(front.messageBox(&front, "Error opening dictionary x", "", UI_MB_OK), kIdOk);
+    front.waitCursor(&front, false);
 
     EXPECT_EQ(results, (Strings{"2", "1", "1", "/dicts/custom.tlx", "-", "-", "40,-3", "0", "-1"}));
     EXPECT_EQ(fe.placements, (Strings{"control lock -5 7"}));
-    ASSERT_EQ(fe.boxes.size(), 3u);
+    ASSERT_EQ(fe.boxes.size(), 4u);
     EXPECT_EQ(fe.boxes[0].text + "|" + fe.boxes[0].caption, "Q1|Check Spelling");
     EXPECT_EQ(fe.boxes[2].buttons, UI_MB_OK);
     ASSERT_EQ(fe.fileCalls.size(), 3u);
