@@ -314,9 +314,9 @@ bool accelerator(UiDialog *d, int32_t ch) {
 }
 
 bool moveFocus(UiDialog *d, int step) {
+    int start = d->focus >= 0 ? d->focus : (step > 0 ? -1 : d->count);
     for (int k = 1; k <= d->count; ++k) {
-        int i = ((d->focus < 0 ? (step > 0 ? -1 : d->count) : d->focus) + step * k + 2 * d->count) %
-                d->count;
+        int i = ((start + step * k) % d->count + d->count) % d->count;
         const UiControlState &c = d->controls[i];
         if (c.enabled && dlgTakesFocus(c.control->kind)) return focusIndex(d, i), true;
     }
@@ -393,10 +393,14 @@ bool clickDefault(UiDialog *d) {
 bool UiDialogOpen(UiDialog *d, const DialogController *controller, const UiSurfaceOps *ops,
                   void *frontEnd) {
     const DlgTemplate *t = controller == nullptr ? nullptr : findDialogTemplate(controller->templateName);
-    if (t == nullptr || controller->init == nullptr || controller->command == nullptr) {
+    if (t == nullptr) {
         engineLog("UiDialogOpen: no dialog template %s",
                   controller != nullptr && controller->templateName != nullptr ? controller->templateName
                                                                                : "(none)");
+        return false;
+    }
+    if (controller->init == nullptr || controller->command == nullptr) {
+        engineLog("UiDialogOpen: the controller of %s lacks init or command", t->name);
         return false;
     }
     d->dialog = t;
