@@ -16,7 +16,7 @@ work=$(mktemp -d "${TMPDIR:-/tmp}/orth-ui-XXXXXX")
 TMUX_TMPDIR=$work
 export TMUX_TMPDIR
 unset TMUX
-session=orth-ui-$$
+session=orth-ui-$$-0
 cleanup() {
     tmux kill-server >/dev/null 2>&1
     rm -rf "$work"
@@ -59,10 +59,16 @@ stty -a > "$work/stty"
 sleep 60
 EOF
 
+# Each run gets a session of its own; the previous one goes only after the
+# new one exists, since a server left without sessions exits.
+runs=0
 start() {
     rm -f "$work/log" "$work/status" "$work/stty"
-    tmux kill-session -t "$session" >/dev/null 2>&1
+    runs=$((runs + 1))
+    previous=$session
+    session=orth-ui-$$-$runs
     tmux new-session -d -s "$session" -x 80 -y 24 sh "$work/run.sh" "$@" || fail "tmux did not start"
+    tmux kill-session -t "$previous" >/dev/null 2>&1
     expect_screen "Not in Dictionary:"
 }
 
