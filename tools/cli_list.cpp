@@ -25,6 +25,7 @@
 #include "block/block.h"
 #include "orth.h"
 #include "tools/cli.h"
+#include "tools/front.h"
 
 namespace {
 
@@ -43,6 +44,7 @@ struct ListOptions {
 struct ListCounts {
     long reported = 0;
     bool engineFailed = false;
+    CapsMemo caps;  // all-capitals words already judged by the front-end rule
 };
 
 // The state of one run of the command: the session, the options, and the
@@ -95,6 +97,8 @@ void checkPiece(ListRun &run, const char *src, char *text, uint32_t length, cons
             break;
         }
         if (rc & ORTH_CHK_END_OF_BLOCK) break;
+        if ((rc & ORTH_CHK_MISSPELLED) && frontAcceptsRejected(run.session, word, &run.counts.caps))
+            rc &= ~(ORTH_CHK_MISSPELLED | ORTH_CHK_NON_LETTERS);
         uint32_t cursor = 0;
         ORTH_GetBlockInfo(run.session, block, nullptr, nullptr, &cursor, nullptr);
         size_t from = cursor, n = std::strlen(word);
@@ -230,7 +234,7 @@ int runList(const GlobalOptions &opts, const std::vector<std::string> &args) {
 
     DictSession ds;
     if (!openDictionary(opts, &ds)) return kExitError;
-    ListRun run{ds.session, lo, ListCounts{}, Encoded{}};
+    ListRun run{ds.session, lo, ListCounts{}, Encoded{}, -1};
     bool fileFailed = false;
     for (const std::string &f : files) {
         errno = 0;

@@ -32,12 +32,16 @@ void printUsage(FILE *out) {
         "  lex add FILE WORD[:REPLACEMENT]...    lex delete FILE WORD...\n"
         "  lex list FILE    lex import FILE [TEXT]    lex export FILE [TEXT]\n"
         "      Edit a text lexicon (.TLX). The change types take WORD:REPLACEMENT.\n"
+        "  pipe [-t]   (also: orth -a, orth -l, orth -vv, orth -D)\n"
+        "      The Ispell pipe protocol for editors (Emacs, ...); see orth pipe --help.\n"
         "\n"
         "Options:\n"
-        "  -d DIR    dictionary folder holding MAIN.CLX (and MAIN.TLX); default:\n"
-        "            $ORTH_DICPATH, else the built-in American English dictionary\n"
-        "  -p FILE   personal word list (a text lexicon), consulted before MAIN.CLX\n"
-        "  --help, --version\n"
+        "  -d DIR    dictionary folder holding MAIN.CLX (and MAIN.TLX), or a name\n"
+        "            (en_US, en_GB) looked up in $ORTH_DICPATH and the built-in\n"
+        "            dictionaries; default: $ORTH_DICPATH, else en_US\n"
+        "  -p FILE   personal word list (a text lexicon), consulted before MAIN.CLX;\n"
+        "            default: ~/.config/orth/NAME.tlx for dictionary NAME\n"
+        "  --help, --version   (also after a command: orth list --help)\n"
         "\n"
         "Exit status: 0 all correct, 1 misspellings found, 2 usage or file errors.\n",
         out);
@@ -47,6 +51,8 @@ void printUsage(FILE *out) {
 
 int main(int argc, char **argv) {
     GlobalOptions opts;
+    if (isIspellInvocation(std::vector<std::string>(argv + 1, argv + argc)))
+        return runIspell(opts, std::vector<std::string>(argv + 1, argv + argc));
     std::string command;
     std::vector<std::string> args;
     bool positional = false;
@@ -58,13 +64,10 @@ int main(int argc, char **argv) {
                 return kExitError;
             }
             (a == "-d" ? opts.dictDir : opts.personalList) = argv[++i];
-        } else if (!positional && command.empty() && a == "--version") {
-            uint16_t major = 0, minor = 0;
-            ORTH_Version(&major, &minor);
-            std::printf("orth %u.%u\n", major, minor);
-            return kExitOk;
+        } else if (!positional && a == "--version") {
+            return printVersion();
         } else if (!positional && (a == "--help" || a == "-h")) {
-            printUsage(stdout);
+            if (command.empty() || !printCommandHelp(command, stdout)) printUsage(stdout);
             return kExitOk;
         } else if (command.empty()) {
             if (a.size() > 1 && a[0] == '-') {
@@ -81,6 +84,7 @@ int main(int argc, char **argv) {
     if (command == "suggest") return runSuggest(opts, args);
     if (command == "compress") return runCompress(opts, args);
     if (command == "lex") return runLex(opts, args);
+    if (command == "pipe") return runPipe(opts, args);
     if (command.empty()) printUsage(stderr);
     else reportError("unknown command %s (see orth --help)", command.c_str());
     return kExitError;
