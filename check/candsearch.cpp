@@ -291,11 +291,29 @@ int32_t searchLevel(CLexState *state, const char *word, int16_t charSet, const S
 
 void searchCompressedLexicon(int16_t depth, const char *word, int16_t charSet, const Scorer &scorer,
                              SuggestionList *list, CLexState *state) {
+    // The small words in table order: the typographical walks resume over
+    // the prefix a word shares with the one before. A full list ignores what
+    // does not beat its last entry; a length the typographical score rules
+    // out scores 0 whatever the letters, so when no small word's length can
+    // score, none is looked at.
+    const bool typo = scorer.measure == kTypographical;
+    bool any = !typo;
+    for (int n = 1; n <= 2; ++n) any = any || typographicalLengthFits(scorer.wordLen, n);
+    TypoResume resume;
+    if (typo && any) startTypoResume(scorer, &resume);
     char small[3] = {0, 0, 0};
-    for (uint16_t i = 0; i < state->smallCount && i < kMaxSmallWords; ++i) {
+    for (uint16_t i = 0; any && i < state->smallCount && i < kMaxSmallWords; ++i) {
+        uint32_t shared = 0;
+        while (shared < 2 && small[shared] != 0 && small[shared] == static_cast<char>(state->smallWords[i][shared]))
+            ++shared;
+        if (i == 0) shared = 0;
         small[0] = static_cast<char>(state->smallWords[i][0]);
         small[1] = static_cast<char>(state->smallWords[i][1]);
-        int16_t score = scoreCandidate(scorer, small, 0);
+        const bool full = list->capacity > 0 && list->count >= list->capacity;
+        const int16_t floor = full ? list->entries[list->capacity - 1].score : 0;
+        const int length = small[0] == 0 ? 0 : small[1] == 0 ? 1 : 2;
+        int16_t score = typo ? typographicalScoreResumed(scorer, &resume, small, length, shared, floor)
+                             : scoreCandidate(scorer, small, floor);
         if (score > 0) addCandidate(small, score, false, list);
     }
     if (depth == -1) {

@@ -276,10 +276,15 @@ bool typoBounds(int lw, int lc, int16_t floor, int16_t *full, int *least) {
     // Smallest running score whose result is above floor.
     *least = ((floor + 1) * *full + 99) / 100;
     const int diff = lc > lw ? lc - lw : lw - lc;
-    return diff <= lw / 2 && *full - 40 * diff >= *least;
+    return typographicalLengthFits(lw, lc) && *full - 40 * diff >= *least;
 }
 
 }  // namespace
+
+bool typographicalLengthFits(int wordLen, int candidateLen) {
+    const int diff = candidateLen > wordLen ? candidateLen - wordLen : wordLen - candidateLen;
+    return diff <= wordLen / 2;
+}
 
 int16_t typographicalScoreAbove(const char *word, int wordLen, const char *candidate,
                                 int16_t charSet, int16_t floor) {

@@ -67,6 +67,9 @@ int16_t typographicalScore(const char *word, const char *candidate, int16_t char
 // word's length, measured once for a whole search.
 int16_t typographicalScoreAbove(const char *word, int wordLen, const char *candidate,
                                 int16_t charSet, int16_t floor);
+// Whether lengths let the typographical score be above 0 at all: it is 0
+// when they differ by more than half the word's length.
+bool typographicalLengthFits(int wordLen, int candidateLen);
 // Typographical scoring of candidates met in sorted order, resuming the
 // last walk over the prefix a candidate shares with the one before it.
 struct TypoStep {
