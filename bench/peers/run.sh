@@ -44,8 +44,7 @@ $load_before before, $load_after after (the machine is shared: ratios measured i
 one run matter, absolute figures vary).
 Peers: $(dpkg-query -W -f='${Package} ${Version}, ' hunspell libnuspell5 aspell aspell-en 2>/dev/null | sed 's/, $//');
 vocabulary: $(dpkg-query -W -f='${Package} ${Version}' wamerican 2>/dev/null);
-text: $(head -n 1 "$work/corpus/corpus.source") and $(sed -n 2p "$work/corpus/corpus.source"),
-$(sed -n 3p "$work/corpus/corpus.source") (groff $(dpkg-query -W -f='${Version}' groff-base 2>/dev/null)).
+text: the manual pages of $(paste -sd, "$work/corpus/corpus.source" | sed 's/,/, /g').
 
 ### In process (bench/peers/peer_bench.cpp)
 
