@@ -49,10 +49,13 @@ text: the manual pages of $(paste -sd, "$work/corpus/corpus.source" | sed 's/,/,
 ### In process (bench/peers/peer_bench.cpp)
 
 Check: the text's words, one call each, timed over a second pass. Suggest: each
-misspelling of bench/data/misspellings.txt, each call timed alone; orth at
-depth -1 with 25 suggestions and the default options (phonetic on in the
-second row); first/top-5/anywhere: where the intended word appears. RSS: the
-resident set's growth from before the dictionary loaded to after the work.
+misspelling of bench/data/misspellings.txt, each call timed alone (in every
+round for engines answering in under 5 ms, in the first for the others);
+orth at depth -1 with 25 suggestions and the default options (phonetic on in
+the second row); first/top-5/anywhere: where the intended word appears. RSS:
+the resident set's growth from before the dictionary loaded to after the
+work. Figures are medians over the rounds; each engine runs in a process of
+its own, the engines interleaved round after round.
 
 $peers
 
