@@ -99,7 +99,7 @@ struct CLexWordTable {
     const CLexBlockSpan *blocks;
     uint16_t blockCount;
     uint16_t wordCount;
-    const uint32_t *exact;   // open addressing: a word's offset in text + 1, 0 empty
+    const uint32_t *exact;   // open addressing by word hash (slot layout: clex_table.cpp)
     uint32_t exactMask;
     // Case-folded index, built on the first case-insensitive lookup: the
     // words that fold above every word before them, by their folded bytes

@@ -89,6 +89,14 @@ uint32_t hashFolded(const uint8_t *p, const uint8_t *cls) {
     return h;
 }
 
+// A hash slot: 0 when empty, else the word's offset in text + 1 in its low
+// 24 bits and the top 8 bits of the word's hash above them, compared before
+// the text is read (most probes that miss then touch no text).
+constexpr uint32_t kSlotOffsetMask = 0xFFFFFF;
+uint32_t makeSlot(uint32_t at, uint32_t hash) { return (at + 1) | (hash & ~kSlotOffsetMask); }
+bool slotMayHold(uint32_t slot, uint32_t hash) { return ((slot ^ hash) & ~kSlotOffsetMask) == 0; }
+uint32_t slotOffset(uint32_t slot) { return (slot & kSlotOffsetMask) - 1; }
+
 // Slots for n entries at most half full: a power of two, at least 2.
 uint32_t slotsFor(uint32_t n) {
     uint32_t slots = 2;
@@ -141,7 +149,7 @@ CLexWordTable *buildTable(const CLexState *state, const CLexSeg &s) {
             textBytes += len + 3;
             return ++words <= 0xFFFF;
         });
-    if (!clean || words == 0) return nullptr;
+    if (!clean || words == 0 || textBytes >= kSlotOffsetMask) return nullptr;
     const uint32_t slots = slotsFor(words);
     // One allocation: the record, the hash slots, the blocks and the text,
     // each part aligned for its type.
@@ -174,9 +182,10 @@ CLexWordTable *buildTable(const CLexState *state, const CLexSeg &s) {
             entry[1] = static_cast<uint8_t>(shared);
             std::memcpy(entry + 2, word, len + 1);
             prev = entry + 2;
-            uint32_t h = hashBytes(entry + 2, len) & (slots - 1);
+            const uint32_t hash = hashBytes(entry + 2, len);
+            uint32_t h = hash & (slots - 1);
             while (exact[h] != 0) h = (h + 1) & (slots - 1);
-            exact[h] = at + 1;
+            exact[h] = makeSlot(at, hash);
             at += len + 3;
             ++n;
             return true;
@@ -249,9 +258,10 @@ bool buildFolded(CLexState *state, uint16_t seg, int row) {
         const char *w = wordAt(t, at);
         if (top != nullptr && compareNoCase(w, top, row) <= 0) continue;
         top = w;
-        uint32_t h = hashFolded(reinterpret_cast<const uint8_t *>(w), cls) & (slots - 1);
+        const uint32_t hash = hashFolded(reinterpret_cast<const uint8_t *>(w), cls);
+        uint32_t h = hash & (slots - 1);
         while (folded[h] != 0) h = (h + 1) & (slots - 1);
-        folded[h] = at + 1;
+        folded[h] = makeSlot(at, hash);
     }
     t->folded = folded;
     t->foldedMask = slots - 1;
@@ -288,10 +298,12 @@ void dropWordTable(CLexState *state, CLexSeg *seg) {
 
 bool tableHolds(const CLexWordTable *t, const char *word, size_t len) {
     auto *w = reinterpret_cast<const uint8_t *>(word);
-    for (uint32_t h = hashBytes(w, len) & t->exactMask;; h = (h + 1) & t->exactMask) {
+    const uint32_t hash = hashBytes(w, len);
+    for (uint32_t h = hash & t->exactMask;; h = (h + 1) & t->exactMask) {
         uint32_t slot = t->exact[h];
         if (slot == 0) return false;
-        const uint8_t *entry = t->text + slot - 1;
+        if (!slotMayHold(slot, hash)) continue;
+        const uint8_t *entry = t->text + slotOffset(slot);
         if (entry[0] == len && sameBytes(entry + 2, w, len)) return true;
     }
 }
@@ -306,7 +318,7 @@ int tableFindFolded(CLexState *state, uint16_t seg, const char *word, int row, u
     for (uint32_t h = hash & t->foldedMask;; h = (h + 1) & t->foldedMask) {
         uint32_t slot = t->folded[h];
         if (slot == 0) return 0;
-        if (compareNoCase(word, wordAt(t, slot - 1), row) == 0) return 1;
+        if (slotMayHold(slot, hash) && compareNoCase(word, wordAt(t, slotOffset(slot)), row) == 0) return 1;
     }
 }
 
