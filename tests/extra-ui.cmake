@@ -12,3 +12,7 @@ if(TARGET ui_tests)
   add_dependencies(ui_tests orth_rcgen)
   target_compile_definitions(ui_tests PRIVATE ORTH_RCGEN="$<TARGET_FILE:orth_rcgen>")
 endif()
+# The check command's document model, beside the text conversion it uses.
+if(TARGET tools_tests)
+  target_sources(tools_tests PRIVATE ${PROJECT_SOURCE_DIR}/tools/checkdoc.cpp)
+endif()

@@ -87,3 +87,8 @@ int runList(const GlobalOptions &opts, const std::vector<std::string> &args);
 int runSuggest(const GlobalOptions &opts, const std::vector<std::string> &args);
 int runCompress(const GlobalOptions &opts, const std::vector<std::string> &args);
 int runLex(const GlobalOptions &opts, const std::vector<std::string> &args);
+
+// The dialogs in the terminal (tools/cli_check.cpp, tools/cli_interactive.cpp).
+int runCheck(const GlobalOptions &opts, const std::vector<std::string> &args);
+int runDicts(const GlobalOptions &opts, const std::vector<std::string> &args);
+int runOptions(const GlobalOptions &opts, const std::vector<std::string> &args);

@@ -5,6 +5,7 @@
 
 #include "orth.h"
 #include "tools/cli.h"
+#include "tools/interactive.h"
 
 namespace {
 
@@ -32,6 +33,9 @@ void printUsage(FILE *out) {
         "  lex add FILE WORD[:REPLACEMENT]...    lex delete FILE WORD...\n"
         "  lex list FILE    lex import FILE [TEXT]    lex export FILE [TEXT]\n"
         "      Edit a text lexicon (.TLX). The change types take WORD:REPLACEMENT.\n"
+        "  check [--no-backup] FILE...    dicts    options\n"
+        "      Check files with the user in the terminal, stop by stop; manage the\n"
+        "      personal dictionaries; set the options (see orth check --help).\n"
         "\n"
         "Options:\n"
         "  -d DIR    dictionary folder holding MAIN.CLX (and MAIN.TLX); default:\n"
@@ -64,7 +68,7 @@ int main(int argc, char **argv) {
             std::printf("orth %u.%u\n", major, minor);
             return kExitOk;
         } else if (!positional && (a == "--help" || a == "-h")) {
-            printUsage(stdout);
+            if (!printInteractiveHelp(command, stdout)) printUsage(stdout);
             return kExitOk;
         } else if (command.empty()) {
             if (a.size() > 1 && a[0] == '-') {
@@ -81,6 +85,9 @@ int main(int argc, char **argv) {
     if (command == "suggest") return runSuggest(opts, args);
     if (command == "compress") return runCompress(opts, args);
     if (command == "lex") return runLex(opts, args);
+    if (command == "check") return runCheck(opts, args);
+    if (command == "dicts") return runDicts(opts, args);
+    if (command == "options") return runOptions(opts, args);
     if (command.empty()) printUsage(stderr);
     else reportError("unknown command %s (see orth --help)", command.c_str());
     return kExitError;
