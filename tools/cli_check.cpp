@@ -14,6 +14,7 @@
 #include <cstring>
 #include <sys/stat.h>
 
+#include "host/client.h"
 #include "orth.h"
 #include "orth_client.h"
 #include "tools/checkdoc.h"
@@ -32,6 +33,24 @@ struct FileOutcome {
     bool cancelled = false;
     int16_t failure = 0;  // a result code that stopped the check
 };
+
+// Why the client context cannot check the files: no main lexicon opened, or
+// a character set the files cannot be converted to; "" when it can.
+std::string mainDictionaryProblem() {
+    bool opened = false;
+    for (const ClientLexSlot &slot : clientContext.slots)
+        opened = opened || (slot.kind == CLIENT_LEX_MAIN && slot.lexId >= 0);
+    if (!opened) {
+        char path[kPathBufSize] = "", files[kClientListSize] = "";
+        ORTH_GetMainLexPath(path, sizeof path);
+        ORTH_GetMainLexFiles(files, sizeof files);
+        return std::string("no main dictionary opens (MainLexPath=") + path + ", MainLexFiles=" + files +
+               "); correct the settings, or remove them to start over";
+    }
+    if (ORTH_GetOption(clientContext.sessionId, ORTH_CHARSET_OPT) != 0)
+        return "the settings choose a character set other than 0 (CharSet); files are converted to set 0 only";
+    return "";
+}
 
 // Checks every run of doc that holds a word.
 FileOutcome checkDocument(CheckDoc *doc) {
@@ -118,9 +137,9 @@ int runCheck(const GlobalOptions &opts, const std::vector<std::string> &args) {
     if (!beginInteractive(opts, "check", &ia)) return kExitError;
     std::vector<std::string> report;
     bool cancelled = false;
-    if (ORTH_GetOption(ORTH_GetSid(), ORTH_CHARSET_OPT) != 0) {
-        report.push_back("orth: check: the settings choose a character set other than 0 (CharSet); the "
-                         "files' UTF-8 is converted to set 0 only");
+    std::string refusal = mainDictionaryProblem();
+    if (!refusal.empty()) {
+        report.push_back("orth: check: " + refusal);
         failed = true;
         files.clear();
     }

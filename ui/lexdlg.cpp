@@ -87,6 +87,10 @@ int readOneToken(ImportReader *r, bool colonEnds, char *token) {
 
 // --- The Dictionaries dialog. ---
 
+// A lexicon image is entries, each ending in a zero, then an empty entry.
+// The last byte is made a zero first, so no walk can pass the buffer.
+const char *nextEntry(const char *p) { return p + std::strlen(p) + 1; }
+
 int32_t selectedFile(UiSurface *s) { return Ui_ListGetSel(s, kElFiles); }
 
 // The client slot of the selected file, or -1.
@@ -158,7 +162,8 @@ void refreshEntries(UiSurface *s) {
     if (rc >= 0 && size >= 1) {
         char *image = new (std::nothrow) char[size];
         if (image != nullptr && ORTH_GetLex(ctx.sessionId, lex, image, size) >= 0) {
-            for (const char *p = image; p < image + size && *p != '\0'; p += std::strlen(p) + 1)
+            image[size - 1] = '\0';
+            for (const char *p = image; p < image + size && *p != '\0'; p = nextEntry(p))
                 Ui_ListAdd(s, kElWords, p);
         }
         delete[] image;
@@ -360,7 +365,8 @@ void exportFile(UiSurface *s) {
     if (ORTH_GetLexInfo(ctx.sessionId, lex, &size, nullptr, nullptr, nullptr) >= 0 && size >= 1) {
         char *image = new (std::nothrow) char[size];
         ok = image != nullptr && ORTH_GetLex(ctx.sessionId, lex, image, size) >= 0;
-        for (const char *p = image; ok && p < image + size && *p != '\0'; p += std::strlen(p) + 1)
+        if (ok) image[size - 1] = '\0';
+        for (const char *p = image; ok && p < image + size && *p != '\0'; p = nextEntry(p))
             ok = writeAll(file, p, std::strlen(p)) && writeAll(file, kLineEnd, sizeof kLineEnd - 1);
         delete[] image;
     }
