@@ -21,6 +21,7 @@ namespace {
 constexpr int kMaxOpenDialogs = 8;  // three nest in use: Check Spelling, Dictionaries, New Dictionary
 
 UiFrontEnd *current = nullptr;
+OrthWindow hostWindow = nullptr;  // the owner of what the front end shows now
 UiSurface *running[kMaxOpenDialogs];
 int runningCount = 0;
 
@@ -49,7 +50,11 @@ int clientMessageBox(OrthWindow owner, const char *text, const char *caption, Cl
     UiSurface *dialog = uiDialogOfWindow(owner);
     if (dialog != nullptr) return Ui_MessageBox(dialog, text, caption, uiButtonsOf(buttons));
     if (current == nullptr) return buttons == kButtonsOk ? kMessageOk : kMessageCancel;
-    return current->messageBox(current, text, caption, uiButtonsOf(buttons));
+    OrthWindow saved = hostWindow;
+    hostWindow = owner;
+    int answer = current->messageBox(current, text, caption, uiButtonsOf(buttons));
+    hostWindow = saved;
+    return answer;
 }
 
 // The wait cursor goes to the innermost running dialog, else to the front end.
@@ -59,8 +64,7 @@ void clientWaitCursor(bool on) {
     else if (current != nullptr) current->waitCursor(current, on);
 }
 
-int32_t clientRunDialog(ClientDialog dialog, OrthWindow owner, CheckContext *check) {
-    UiSurface *ownerDialog = uiDialogOfWindow(owner);
+int32_t runClientDialog(ClientDialog dialog, UiSurface *ownerDialog, CheckContext *check) {
     switch (dialog) {
     case kDialogCheckSpelling:
         if (check == nullptr) {
@@ -73,6 +77,15 @@ int32_t clientRunDialog(ClientDialog dialog, OrthWindow owner, CheckContext *che
     }
     engineLog("runDialog: unknown dialog %d", static_cast<int>(dialog));
     return ORTH_CANCEL_ERR;
+}
+
+int32_t clientRunDialog(ClientDialog dialog, OrthWindow owner, CheckContext *check) {
+    UiSurface *ownerDialog = uiDialogOfWindow(owner);
+    OrthWindow saved = hostWindow;
+    hostWindow = ownerDialog == nullptr ? owner : nullptr;
+    int32_t end = runClientDialog(dialog, ownerDialog, check);
+    hostWindow = saved;
+    return end;
 }
 
 void clientOpenHelp(OrthWindow owner, const char *helpFile, uint32_t context) {
@@ -113,6 +126,8 @@ int32_t uiRunDialog(UiSurface *owner, const DialogController *controller) {
     if (w.recorded) runningCount = depth;
     return end;
 }
+
+OrthWindow uiHostWindow() { return hostWindow; }
 
 OrthWindow uiOwnerWindow(UiSurface *surface) { return static_cast<OrthWindow>(surface); }
 

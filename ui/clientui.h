@@ -38,3 +38,9 @@ int32_t uiRunDialog(UiSurface *owner, const DialogController *controller);
 // window that is no running dialog, such as a host's own window).
 OrthWindow uiOwnerWindow(UiSurface *surface);
 UiSurface *uiDialogOfWindow(OrthWindow window);
+
+// The host's window that owns the top-level dialog or message box the front
+// end is asked to show (the owner the host passed to the client-level call),
+// or null. A front end with real windows makes it the owner; the UiFrontEnd
+// calls themselves carry no owner.
+OrthWindow uiHostWindow();

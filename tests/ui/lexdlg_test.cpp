@@ -3,7 +3,7 @@
 // Groups: LexEntries (the lists and labels, Add Word and Delete Word by
 // type), LexFiles (Add File, New, Remove File, full slots), LexImport (the
 // token reader; import of pairs and plain words; export read back),
-// OptionsDlg (start, OK writing every key, Cancel writing none).
+// OptionsDlg (start, OK writing every key, Cancel writing none, the owner).
 #include "ui/client_fixture.h"
 
 #include "platform/platform.h"
@@ -238,14 +238,18 @@ TEST_F(OptionsDlg, OkWritesEveryRowAndCancelNothing) {
     const char *keys[] = {"IgnoreCappedWords", "IgnoreAllCapsWords", "IgnoreMixedDigits",
                           "IgnoreMixedCase", "CaseSensitive", "ReportDoubledWords", "SuggestSplitWords",
                           "PhoneticSuggestions", "TypographicalSuggestions", "MatchCase", "AlwaysSuggest"};
-    fe.scripts.push_back([](MemUi &d) {
+    int hostWindow = 0;  // stands for the host's window that owns the dialog
+    fe.scripts.push_back([&](MemUi &d) {
+        EXPECT_EQ(uiHostWindow(), &hostWindow);
+        EXPECT_EQ(uiDialogOfWindow(uiOwnerWindow(d.surface())), d.surface());
         EXPECT_EQ(d.checked(kOpCaseSensitive), 1);
         EXPECT_EQ(d.checked(kOpPhonetic), 0);
         d.click(kOpCaseSensitive);
         d.click(kIdHelp);
         d.click(kIdCancel);
     });
-    EXPECT_EQ(ORTH_OptionsDlg(nullptr), ORTH_CANCEL_ERR);
+    EXPECT_EQ(ORTH_OptionsDlg(&hostWindow), ORTH_CANCEL_ERR);
+    EXPECT_EQ(uiHostWindow(), nullptr);
     for (const char *key : keys) EXPECT_EQ(getIntSetting(key, kUserScope, 7), 7u) << key;
     EXPECT_EQ(ORTH_GetOption(sid, ORTH_CASE_SENSITIVE_OPT), 1);
 
