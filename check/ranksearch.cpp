@@ -1,0 +1,389 @@
+// check/ranksearch.cpp — the ranked suggester's cost model and searches: a
+// weighted edit distance between the word as typed and a candidate, worked
+// out row by row along the candidate's letters so that a trie of the
+// lexicon's words shares the rows of common prefixes and drops every
+// subtree whose row has grown past the limit.
+//
+// (1) Row d holds, for each length j of the word's prefix, the cheapest
+//     cost of typing that prefix for the candidate's first d letters. Every
+//     cost is positive except a match, so a row's minimum never falls
+//     further down a trie path: a subtree whose row minimum is above the
+//     limit holds no candidate within it.
+// (2) Letters are compared by base letter, so case and accents cost little:
+//     a capital in the word is free (the suggestion takes the word's case
+//     later), a capital only in the candidate costs upperCase.
+// (3) The pool keeps the best kMaxRanked candidates by rank; once it is
+//     full a search needs only candidates that beat its last entry, and,
+//     since a rank is never below its cost, lowers its limit to match.
+// (4) A row is worked out only over its band, the cells whose cost is within
+//     the limit (lo to hi); the cells just outside hold kFar, so the next
+//     row reads no stale cost. The limit only falls during a search, so a
+//     cell once beyond it stays useless.
+#include <cstring>
+
+#include "check/chartab.h"
+#include "check/rank_int.h"
+#include "lex/tlex.h"
+
+// Tuned on bench/data/misspellings.txt (bench/suggest_bench.cpp).
+const RankWeights kRankWeights = {
+    /*sub*/ 100, /*subVowel*/ 90, /*subSound*/ 80, /*subKey*/ 90,
+    /*omit*/ 70, /*omitVowel*/ 60, /*omitDouble*/ 20, /*omitH*/ 30,
+    /*extra*/ 80, /*extraVowel*/ 80, /*extraDouble*/ 40,
+    /*swap*/ 30, /*firstLetter*/ 40, /*firstLetterFar*/ 160, /*upperCase*/ 5, /*accent*/ 10,
+    /*rareWord*/ 16, /*bounds*/ {180, 260, 320}, /*perLetter*/ 60,
+    /*settle*/ 1, /*settleBelow*/ 100, /*rampBase*/ 120, /*rampSlope*/ 30,
+};
+
+namespace {
+
+constexpr int kOther = 26;   // index of every character without a base letter
+constexpr int16_t kFar = 0x3FFF;
+
+// Kinds of letter pairs, for the substitution cost.
+enum PairKind : uint8_t { kPairOther, kPairVowel, kPairSound, kPairKey };
+
+constexpr bool isVowelLetter(char c) { return c == 'a' || c == 'e' || c == 'i' || c == 'o' || c == 'u'; }
+
+// Letters that sound alike, pair by pair.
+constexpr const char *kSoundPairs[] = {"ck", "cs", "kq", "cq", "sz", "gj", "fv", "mn", "dt", "bp", "iy", "sx"};
+
+// Keyboard rows; a key's neighbours are beside it and touching it in the
+// rows above and below (each row sits half a key further right).
+constexpr const char *kKeyRows[3] = {"qwertyuiop", "asdfghjkl", "zxcvbnm"};
+
+constexpr bool keysTouch(char a, char b) {
+    int ra = -1, ia = 0, rb = -1, ib = 0;
+    for (int r = 0; r < 3; ++r) {
+        for (int i = 0; kKeyRows[r][i] != '\0'; ++i) {
+            if (kKeyRows[r][i] == a) { ra = r; ia = i; }
+            if (kKeyRows[r][i] == b) { rb = r; ib = i; }
+        }
+    }
+    if (ra < 0 || rb < 0) return false;
+    if (ra == rb) return ia - ib == 1 || ib - ia == 1;
+    if (ra > rb) {
+        int t = ra; ra = rb; rb = t;
+        t = ia; ia = ib; ib = t;
+    }
+    // ib is in the row below ia's: it touches ia - 1 and ia of that row.
+    return rb == ra + 1 && (ib == ia || ib == ia - 1);
+}
+
+constexpr PairKind pairKind(char a, char b) {
+    if (isVowelLetter(a) && isVowelLetter(b)) return kPairVowel;
+    for (const char *p : kSoundPairs) {
+        if ((p[0] == a && p[1] == b) || (p[0] == b && p[1] == a)) return kPairSound;
+    }
+    return keysTouch(a, b) ? kPairKey : kPairOther;
+}
+
+struct PairTable {
+    PairKind kind[26][26];
+};
+constexpr PairTable makePairTable() {
+    PairTable t{};
+    for (int a = 0; a < 26; ++a) {
+        for (int b = 0; b < 26; ++b) t.kind[a][b] = pairKind(static_cast<char>('a' + a), static_cast<char>('a' + b));
+    }
+    return t;
+}
+constexpr PairTable kPairs = makePairTable();
+
+}  // namespace
+
+void prepareRankWord(RankWord *rw, const char *word, int16_t charSet, const RankWeights &weights) {
+    rw->charSet = charSet;
+    rw->weights = &weights;
+    for (int c = 0; c < 256; ++c) {
+        uint8_t base = baseLetterOf(charSet, static_cast<unsigned char>(c));
+        uint8_t f = base != 0 ? base : toLowerChar(charSet, static_cast<unsigned char>(c));
+        if (f == 0x92) f = 0x27;   // both apostrophes are one character here
+        rw->foldTable[c] = f;
+        rw->letterIndex[c] = (f >= 'a' && f <= 'z') ? static_cast<uint8_t>(f - 'a') : kOther;
+    }
+    for (int a = 0; a <= kOther; ++a) {
+        for (int b = 0; b <= kOther; ++b) {
+            int16_t cost = weights.sub;
+            if (a < kOther && b < kOther) {
+                switch (kPairs.kind[a][b]) {
+                case kPairVowel: cost = weights.subVowel; break;
+                case kPairSound: cost = weights.subSound; break;
+                case kPairKey: cost = weights.subKey; break;
+                default: break;
+                }
+            }
+            rw->subCost[a][b] = cost;
+        }
+    }
+    for (int c = 0; c < 256; ++c) {
+        uint8_t f = rw->foldTable[c];
+        rw->omitCost[c] = isVowelLetter(static_cast<char>(f)) ? weights.omitVowel : weights.omit;
+        bool silent = f == 'h' || f == 'k' || f == 'p' || f == 'w';
+        rw->omitFirstCost[c] = static_cast<int16_t>(rw->omitCost[c] + (silent ? weights.firstLetter : weights.firstLetterFar));
+        rw->subFilled[c] = false;
+    }
+    int n = 0;
+    for (auto *p = reinterpret_cast<const unsigned char *>(word); *p != 0 && n < kMaxWordLen; ++p, ++n) {
+        rw->raw[n] = *p;
+        rw->fold[n] = rw->foldTable[*p];
+    }
+    rw->len = n;
+    // A letter typed in too many: cheap when it doubles the one before.
+    rw->extraAt[0] = 0;
+    for (int j = 1; j <= n; ++j) {
+        bool vowel = isVowelLetter(static_cast<char>(rw->fold[j - 1]));
+        int16_t cost = (j >= 2 && rw->fold[j - 2] == rw->fold[j - 1]) ? weights.extraDouble
+                       : vowel                                         ? weights.extraVowel
+                                                                       : weights.extra;
+        rw->extraAt[j] = cost;
+    }
+}
+
+namespace {
+
+int16_t min16(int16_t a, int16_t b) { return a < b ? a : b; }
+
+// The cost of typing word letter x for candidate letter y.
+int16_t substitution(const RankWord &rw, uint8_t x, uint8_t y) {
+    if (x == y) return 0;
+    uint8_t fx = rw.foldTable[x], fy = rw.foldTable[y];
+    if (fx == fy) {
+        if (toLowerChar(rw.charSet, x) != toLowerChar(rw.charSet, y)) return rw.weights->accent;
+        bool upperOnlyInCandidate = (classOf(rw.charSet, y) & CC_UPPER) && !(classOf(rw.charSet, x) & CC_UPPER);
+        return upperOnlyInCandidate ? rw.weights->upperCase : 0;
+    }
+    return rw.subCost[rw.letterIndex[x]][rw.letterIndex[y]];
+}
+
+// The substitution costs of candidate letter y against every letter of the
+// word, position j at index j, the first letter's with its extra charge.
+const int16_t *substitutionsFor(RankWord &rw, uint8_t y) {
+    int16_t *costs = rw.subAt[y];
+    if (!rw.subFilled[y]) {
+        for (int j = 1; j <= rw.len; ++j) costs[j] = substitution(rw, rw.raw[j - 1], y);
+        if (rw.len >= 1 && costs[1] > rw.weights->accent) {
+            bool related = costs[1] < rw.weights->sub;
+            costs[1] = static_cast<int16_t>(costs[1] + (related ? rw.weights->firstLetter : rw.weights->firstLetterFar));
+        }
+        rw.subFilled[y] = true;
+    }
+    return costs;
+}
+
+}  // namespace
+
+void startRows(const RankWord &rw, RankRows *rows, int16_t limit) {
+    int16_t *r0 = rows->r[0];
+    r0[0] = 0;
+    int hi = 0;
+    for (int j = 1; j <= rw.len; ++j) {
+        int16_t cost = rw.extraAt[j];
+        if (j == 1) cost = static_cast<int16_t>(cost + rw.weights->firstLetter);
+        r0[j] = min16(kFar, static_cast<int16_t>(r0[j - 1] + cost));
+        if (r0[j] <= limit) hi = j;
+    }
+    rows->lo[0] = 0;
+    rows->hi[0] = static_cast<int8_t>(hi);
+    if (hi + 1 <= rw.len) r0[hi + 1] = kFar;
+}
+
+int16_t stepRow(RankWord &rw, RankRows *rows, int d, uint8_t y, int16_t limit) {
+    const RankWeights &w = *rw.weights;
+    const int n = rw.len;
+    rows->raw[d - 1] = y;
+    const uint8_t fy = rw.foldTable[y];
+    rows->fold[d - 1] = fy;
+    const int16_t *prev = rows->r[d - 1];
+    int16_t *cur = rows->r[d];
+    const int plo = rows->lo[d - 1], phi = rows->hi[d - 1];
+    if (plo > phi) {   // nothing of the row before is within the limit
+        rows->lo[d] = 1;
+        rows->hi[d] = 0;
+        return kFar;
+    }
+    const int16_t *sub = substitutionsFor(rw, y);
+    const int16_t *extra = rw.extraAt;
+    // Leaving out candidate letter y: cheap when it doubles the one before.
+    const uint8_t fyPrev = d >= 2 ? rows->fold[d - 2] : 0;
+    int16_t omit = rw.omitCost[y];
+    if (d >= 2 && fyPrev == fy) omit = w.omitDouble;
+    else if (fy == 'h' && fyPrev != 0 && std::strchr("cgprstw", fyPrev) != nullptr) omit = w.omitH;
+    // The cells worked out run from plo to phi + 1 and then on while a
+    // letter typed in too many keeps them within the limit (invariant 4).
+    int j = plo;
+    if (j == 0) {
+        cur[0] = min16(kFar, static_cast<int16_t>(prev[0] + (d == 1 ? rw.omitFirstCost[y] : omit)));
+        j = 1;
+    } else {
+        cur[j - 1] = kFar;
+    }
+    const int end = phi + 1 < n ? phi + 1 : n;
+    for (; j <= end; ++j) {
+        int16_t v = static_cast<int16_t>(prev[j - 1] + sub[j]);
+        v = min16(v, static_cast<int16_t>(prev[j] + omit));
+        v = min16(v, static_cast<int16_t>(cur[j - 1] + extra[j]));
+        cur[j] = min16(v, kFar);
+    }
+    for (; j <= n; ++j) {
+        int16_t v = static_cast<int16_t>(cur[j - 1] + extra[j]);
+        if (v > limit) break;
+        cur[j] = v;
+    }
+    int hi = j - 1;
+    // Two neighbours swapped: the word has fy fyPrev where the candidate has fyPrev fy.
+    if (d >= 2 && fy != fyPrev && rows->lo[d - 2] <= rows->hi[d - 2]) {
+        const int16_t *prev2 = rows->r[d - 2];
+        const int lo2 = rows->lo[d - 2] + 2, hi2 = rows->hi[d - 2] + 2;
+        for (int k = lo2 < 2 ? 2 : lo2; k <= hi2 && k <= n; ++k) {
+            if (rw.fold[k - 1] != fyPrev || rw.fold[k - 2] != fy) continue;
+            int16_t swap = (k == 2 && d == 2) ? static_cast<int16_t>(w.swap + w.firstLetter) : w.swap;
+            int16_t v = static_cast<int16_t>(prev2[k - 2] + swap);
+            if (k > hi) {   // past the cells worked out: fill the gap as far
+                for (int g = hi + 1; g < k; ++g) cur[g] = kFar;
+                cur[k] = v;
+                hi = k;
+            } else if (v < cur[k]) {
+                cur[k] = v;
+            } else {
+                continue;
+            }
+            // Later cells may now be cheaper through a letter typed in too many.
+            for (int m = k + 1; m <= n; ++m) {
+                int16_t e = static_cast<int16_t>(cur[m - 1] + extra[m]);
+                if (m <= hi && e >= cur[m]) break;
+                if (m > hi) {
+                    if (e > limit) break;
+                    hi = m;
+                }
+                cur[m] = e;
+            }
+        }
+    }
+    // Trim the band to the cells within the limit.
+    int lo = plo;
+    while (lo <= hi && cur[lo] > limit) ++lo;
+    while (hi >= lo && cur[hi] > limit) --hi;
+    int16_t best = kFar;
+    for (int k = lo; k <= hi; ++k) best = min16(best, cur[k]);
+    if (lo > 0) cur[lo - 1] = kFar;
+    if (hi + 1 <= n) cur[hi + 1] = kFar;
+    rows->lo[d] = static_cast<int8_t>(lo);
+    rows->hi[d] = static_cast<int8_t>(hi);
+    return best;
+}
+
+int16_t rankDistance(RankWord &rw, const char *candidate, int16_t limit) {
+    RankRows rows;
+    startRows(rw, &rows, limit);
+    int d = 0;
+    for (auto *p = reinterpret_cast<const unsigned char *>(candidate); *p != 0; ++p) {
+        if (d >= kMaxWordLen) return kFar;
+        ++d;
+        if (stepRow(rw, &rows, d, *p, limit) > limit) return kFar;
+    }
+    return rows.hi[d] == rw.len ? rows.r[d][rw.len] : kFar;
+}
+
+void offerCandidate(RankPool *pool, const char *word, int16_t cost, int16_t rank) {
+    for (int i = 0; i < pool->count; ++i) {
+        if (std::strcmp(pool->entries[i].word, word) != 0) continue;
+        if (pool->entries[i].rank <= rank) return;
+        // A better offer of a listed word: take it out and place it anew.
+        std::memmove(&pool->entries[i], &pool->entries[i + 1],
+                     static_cast<size_t>(pool->count - i - 1) * sizeof(RankCandidate));
+        --pool->count;
+        break;
+    }
+    if (pool->count >= pool->capacity && pool->entries[pool->capacity - 1].rank <= rank) return;
+    int place = pool->count < pool->capacity ? pool->count : pool->capacity - 1;
+    while (place > 0 && pool->entries[place - 1].rank > rank) --place;
+    int last = pool->count < pool->capacity ? pool->count : pool->capacity - 1;
+    std::memmove(&pool->entries[place + 1], &pool->entries[place],
+                 static_cast<size_t>(last - place) * sizeof(RankCandidate));
+    RankCandidate &c = pool->entries[place];
+    copyWord(c.word, word);
+    c.cost = cost;
+    c.rank = rank;
+    if (pool->count < pool->capacity) ++pool->count;
+}
+
+int16_t limitAt(const RankLimit &limit, int depth) {
+    int v = limit.base + limit.slope * depth;
+    return static_cast<int16_t>(v < limit.bound ? v : limit.bound);
+}
+
+int16_t poolLimit(const RankPool &pool) {
+    return pool.count >= pool.capacity ? pool.entries[pool.capacity - 1].rank : INT16_MAX;
+}
+
+namespace {
+
+struct TrieSearch {
+    RankWord *rw;
+    const WordTrie *trie;
+    bool commonness;
+    RankLimit limit;
+    RankPool *pool;
+    RankRows rows;
+};
+
+// The limit in force at a depth: the caller's, or below the pool's last
+// rank (invariant 3).
+int16_t currentLimit(const TrieSearch &s, int depth) {
+    int16_t worst = poolLimit(*s.pool);
+    int16_t limit = limitAt(s.limit, depth);
+    return worst <= limit ? static_cast<int16_t>(worst - 1) : limit;
+}
+
+void offerNode(TrieSearch &s, uint32_t node, int depth) {
+    if (s.rows.hi[depth] != s.rw->len) return;
+    int16_t cost = s.rows.r[depth][s.rw->len];
+    if (cost > currentLimit(s, kMaxWordLen)) return;
+    int16_t rank = cost;
+    if (s.commonness) {
+        int cls = s.trie->info[node] >> kTrieClassShift;
+        rank = static_cast<int16_t>(cost + s.rw->weights->rareWord * (kCommonnessClasses - 1 - cls));
+    }
+    char word[kWordBufSize];
+    std::memcpy(word, s.rows.raw, static_cast<size_t>(depth));
+    word[depth] = '\0';
+    offerCandidate(s.pool, word, cost, rank);
+}
+
+// Visits the siblings starting at node first, the children of a node at depth.
+void visitSiblings(TrieSearch &s, uint32_t first, int depth) {
+    const WordTrie &t = *s.trie;
+    for (uint32_t node = first; node < t.count;) {
+        uint32_t skip = trieSkip(t, node);
+        uint8_t info = t.info[node];
+        int16_t limit = currentLimit(s, depth + 1);
+        int16_t best = stepRow(*s.rw, &s.rows, depth + 1, trieLabel(t, node), limit);
+        if (best <= limit) {
+            if (info & kTrieTerminal) offerNode(s, node, depth + 1);
+            if (skip > 1 && depth + 1 < kMaxWordLen) visitSiblings(s, node + 1, depth + 1);
+        }
+        if ((info & kTrieLastSibling) || skip == 0) break;
+        node += skip;
+    }
+}
+
+}  // namespace
+
+void searchTrie(RankWord &rw, const WordTrie &trie, bool commonness, RankLimit limit,
+                RankPool *pool) {
+    if (trie.count == 0 || rw.len == 0) return;
+    TrieSearch s{&rw, &trie, commonness, limit, pool, {}};
+    startRows(rw, &s.rows, limitAt(limit, 0));
+    visitSiblings(s, 0, 0);
+}
+
+void searchEntries(RankWord &rw, const TLexState &lex, int16_t limit, RankPool *pool) {
+    for (uint32_t i = 0; i < lex.count; ++i) {
+        const char *word = lex.entries[i].word;
+        int16_t worst = poolLimit(*pool);
+        int16_t cap = worst <= limit ? static_cast<int16_t>(worst - 1) : limit;
+        int16_t cost = rankDistance(rw, word, cap);
+        if (cost <= cap) offerCandidate(pool, word, cost, cost);
+    }
+}
