@@ -107,9 +107,19 @@ bool commonnessPath(const char *lexPath, char out[kPathBufSize]) {
 }
 
 uint32_t hashLexWord(uint32_t hash, const uint8_t *word, int len, uint32_t index) {
-    for (int i = 0; i < 4; ++i) hash = (hash ^ ((index >> (8 * i)) & 0xFF)) * 16777619u;
-    for (int i = 0; i < len; ++i) hash = (hash ^ word[i]) * 16777619u;
-    return hash;
+    auto mix = [](uint32_t h, uint32_t v) {
+        h = (h ^ v) * 0x9E3779B1u;
+        return h ^ (h >> 15);
+    };
+    hash = mix(hash, index);
+    int i = 0;
+    for (; i + 4 <= len; i += 4) {
+        hash = mix(hash, static_cast<uint32_t>(word[i]) | static_cast<uint32_t>(word[i + 1]) << 8 |
+                             static_cast<uint32_t>(word[i + 2]) << 16 | static_cast<uint32_t>(word[i + 3]) << 24);
+    }
+    uint32_t tail = static_cast<uint32_t>(len) << 24;
+    for (int k = 0; i < len; ++i, k += 8) tail |= static_cast<uint32_t>(word[i]) << k;
+    return mix(hash, tail);
 }
 
 int16_t LexFreq_Read(const char *path, LexFreq *freq, const char **reason) {

@@ -51,8 +51,9 @@ inline uint8_t commonnessOf(const LexFreq &freq, uint32_t i) {
     return static_cast<uint8_t>((i & 1) ? b >> 4 : b & 0x0F);
 }
 
-// The word-list hash: FNV-1a over each word's index (4 bytes) and bytes,
-// words taken in byte order as walkLexWords gives them. Starts at kWordHashSeed.
+// The word-list hash: each word's index, its bytes four at a time and its
+// length mixed in turn (multiply and shift), words taken in byte order as
+// walkLexWords gives them. Starts at kWordHashSeed.
 constexpr uint32_t kWordHashSeed = 2166136261u;
 uint32_t hashLexWord(uint32_t hash, const uint8_t *word, int len, uint32_t index);
 

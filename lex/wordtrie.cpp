@@ -153,7 +153,7 @@ int16_t flushSmallWords(LexWalk *walk, const uint8_t *word, int len) {
     while (walk->nextSmall < count) {
         uint8_t small[2];
         int sl = smallWordAt(s, walk->nextSmall, small);
-        if (word != nullptr && compareWords(small, sl, word, len) > 0) break;
+        if (word != nullptr && (small[0] > word[0] || compareWords(small, sl, word, len) > 0)) break;
         if (small[0] < kCodeLiteralFirst || (sl == 2 && small[1] < kCodeLiteralFirst)) {
             ++walk->nextSmall;   // no word holds a byte below 0x20
             continue;
