@@ -58,7 +58,7 @@ int16_t indexWord(const uint8_t *word, int len, uint32_t index, void *context) {
 }
 
 // A first guess of the trie's size: about one node per byte of coded words.
-uint32_t expectedNodes(const CLexState &clex) {
+uint32_t estimateNodes(const CLexState &clex) {
     uint64_t bytes = 0;
     for (uint16_t i = 0; i < clex.segCount; ++i) bytes += clex.segs[i].length;
     return static_cast<uint32_t>(bytes > kTrieMaxNodes ? kTrieMaxNodes : bytes + 1024);
@@ -88,7 +88,7 @@ int16_t makeRankIndex(LexEntry *lex) {
         walk.freq = index->commonness ? &freq : nullptr;
         walk.hash = kWordHashSeed;
         walk.words = clex.smallCount;
-        rc = beginTrie(&index->trie, &walk.builder, expectedNodes(clex));
+        rc = beginTrie(&index->trie, &walk.builder, estimateNodes(clex));
         if (rc == 0) {
             rc = walkLexWords(&clex, indexWord, &walk);
             finishTrie(&walk.builder);
@@ -213,7 +213,7 @@ bool packSuggestion(const char *text, int16_t score, char *buffer, int32_t size,
 }
 
 // Whether text is among the first n packed words of buffer.
-bool alreadyPacked(const char *buffer, int n, const char *text) {
+bool isPacked(const char *buffer, int n, const char *text) {
     for (const char *p = buffer; n > 0; p += std::strlen(p) + 1, --n) {
         if (std::strcmp(p, text) == 0) return true;
     }
@@ -241,7 +241,7 @@ int16_t packRanked(RankedCall *call, char *buffer, int32_t size, int16_t *scores
         }
         if (isExcluded(call->session, text)) continue;
         adaptReplacement(call->typed, text, charSet, matchCase);
-        if (returned > 0 && alreadyPacked(buffer, returned, text)) continue;
+        if (returned > 0 && isPacked(buffer, returned, text)) continue;
         if (!packSuggestion(text, score, buffer, size, &used, scores, &returned)) {
             engineLog("ORTH_SuggestRanked: buffer too small");
             return ORTH_BUFFER_TOO_SMALL_ERR;
@@ -273,14 +273,15 @@ int16_t suggestRanked(Session *session, const char *word, const RankWeights &wei
     *defined = false;
     if (buffer == nullptr || size < 0) size = 0;
     if (size > 0) buffer[0] = '\0';
-    auto *call = new (std::nothrow) RankedCall();
+    auto *call = new (std::nothrow) RankedCall;   // filled below, not zeroed: it is large
     if (call == nullptr) {
         engineLog("ORTH_SuggestRanked: out of memory");
         return ORTH_OUT_OF_MEMORY_ERR;
     }
-    int16_t rc = 0;
     call->session = session;
     call->typed = word;
+    call->pool.count = 0;
+    call->replacementCount = 0;
     if (maxSuggestions == 0 || normalizeWord(word, session->charSet, session->options, call->word) == 0) {
         delete call;
         return 0;
@@ -296,7 +297,7 @@ int16_t suggestRanked(Session *session, const char *word, const RankWeights &wei
     collectReplacements(call);
     searchWidening(call);
     addSplitWords(call);
-    rc = packRanked(call, buffer, size, scores, maxSuggestions);
+    int16_t rc = packRanked(call, buffer, size, scores, maxSuggestions);
     delete call;
     return rc;
 }

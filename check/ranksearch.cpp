@@ -6,9 +6,9 @@
 //
 // (1) Row d holds, for each length j of the word's prefix, the cheapest
 //     cost of typing that prefix for the candidate's first d letters. Every
-//     cost is positive except a match, so a row's minimum never falls
-//     further down a trie path: a subtree whose row minimum is above the
-//     limit holds no candidate within it.
+//     cost is positive except a match, so a row's minimum (with the swaps
+//     of invariant 5) never falls further down a trie path: a subtree whose
+//     row minimum is above the limit holds no candidate within it.
 // (2) Letters are compared by base letter, so case and accents cost little:
 //     a capital in the word is free (the suggestion takes the word's case
 //     later), a capital only in the candidate costs upperCase.
@@ -19,6 +19,9 @@
 //     the limit (lo to hi); the cells just outside hold kFar, so the next
 //     row reads no stale cost. The limit only falls during a search, so a
 //     cell once beyond it stays useless.
+// (5) A swap reaches back two rows, over a row that may hold nothing within
+//     the limit; so stepRow's result, which decides whether a trie node's
+//     children are visited, also counts the swaps the next row could finish.
 #include <cstring>
 
 #include "check/chartab.h"
@@ -188,6 +191,39 @@ void startRows(const RankWord &rw, RankRows *rows, int16_t limit) {
     if (hi + 1 <= rw.len) r0[hi + 1] = kFar;
 }
 
+namespace {
+
+// Puts cost v at cell k of a row whose band is lo to hi (empty when lo > hi),
+// widening the band over kFar cells, then lowers the cells after k that a
+// letter typed in too many now makes cheaper. False when v changes nothing.
+bool placeCell(const RankWord &rw, int16_t *cur, int *lo, int *hi, int k, int16_t v, int16_t limit) {
+    if (*lo > *hi) {
+        *lo = *hi = k;
+    } else if (k > *hi) {
+        for (int g = *hi + 1; g < k; ++g) cur[g] = kFar;
+        *hi = k;
+    } else if (k < *lo) {
+        for (int g = k + 1; g < *lo; ++g) cur[g] = kFar;
+        *lo = k;
+    } else if (v >= cur[k]) {
+        return false;
+    }
+    cur[k] = v;
+    for (int m = k + 1; m <= rw.len; ++m) {
+        int16_t e = static_cast<int16_t>(cur[m - 1] + rw.extraAt[m]);
+        if (m <= *hi) {
+            if (e >= cur[m]) break;
+        } else {
+            if (e > limit) break;
+            *hi = m;
+        }
+        cur[m] = e;
+    }
+    return true;
+}
+
+}  // namespace
+
 int16_t stepRow(RankWord &rw, RankRows *rows, int d, uint8_t y, int16_t limit) {
     const RankWeights &w = *rw.weights;
     const int n = rw.len;
@@ -197,79 +233,74 @@ int16_t stepRow(RankWord &rw, RankRows *rows, int d, uint8_t y, int16_t limit) {
     const int16_t *prev = rows->r[d - 1];
     int16_t *cur = rows->r[d];
     const int plo = rows->lo[d - 1], phi = rows->hi[d - 1];
-    if (plo > phi) {   // nothing of the row before is within the limit
-        rows->lo[d] = 1;
-        rows->hi[d] = 0;
-        return kFar;
-    }
-    const int16_t *sub = substitutionsFor(rw, y);
-    const int16_t *extra = rw.extraAt;
-    // Leaving out candidate letter y: cheap when it doubles the one before.
     const uint8_t fyPrev = d >= 2 ? rows->fold[d - 2] : 0;
-    int16_t omit = rw.omitCost[y];
-    if (d >= 2 && fyPrev == fy) omit = w.omitDouble;
-    else if (fy == 'h' && fyPrev != 0 && std::strchr("cgprstw", fyPrev) != nullptr) omit = w.omitH;
-    // The cells worked out run from plo to phi + 1 and then on while a
-    // letter typed in too many keeps them within the limit (invariant 4).
-    int j = plo;
-    if (j == 0) {
-        cur[0] = min16(kFar, static_cast<int16_t>(prev[0] + (d == 1 ? rw.omitFirstCost[y] : omit)));
-        j = 1;
-    } else {
-        cur[j - 1] = kFar;
+    int lo = n + 1, hi = -1;   // the band being worked out, empty so far
+    if (plo <= phi) {
+        const int16_t *sub = substitutionsFor(rw, y);
+        const int16_t *extra = rw.extraAt;
+        // Leaving out candidate letter y: cheap when it doubles the one
+        // before, or for an h after a letter it often follows unheard.
+        int16_t omit = rw.omitCost[y];
+        if (d >= 2 && fyPrev == fy) omit = w.omitDouble;
+        else if (fy == 'h' && fyPrev != 0 && std::strchr("cgprstw", fyPrev) != nullptr) omit = w.omitH;
+        // The cells worked out run from plo to phi + 1 and then on while a
+        // letter typed in too many keeps them within the limit (invariant 4).
+        int j = plo;
+        if (j == 0) {
+            cur[0] = min16(kFar, static_cast<int16_t>(prev[0] + (d == 1 ? rw.omitFirstCost[y] : omit)));
+            j = 1;
+        } else {
+            cur[j - 1] = kFar;
+        }
+        const int end = phi + 1 < n ? phi + 1 : n;
+        for (; j <= end; ++j) {
+            int16_t v = static_cast<int16_t>(prev[j - 1] + sub[j]);
+            v = min16(v, static_cast<int16_t>(prev[j] + omit));
+            v = min16(v, static_cast<int16_t>(cur[j - 1] + extra[j]));
+            cur[j] = min16(v, kFar);
+        }
+        for (; j <= n; ++j) {
+            int16_t v = static_cast<int16_t>(cur[j - 1] + extra[j]);
+            if (v > limit) break;
+            cur[j] = v;
+        }
+        lo = plo;
+        hi = j - 1;
     }
-    const int end = phi + 1 < n ? phi + 1 : n;
-    for (; j <= end; ++j) {
-        int16_t v = static_cast<int16_t>(prev[j - 1] + sub[j]);
-        v = min16(v, static_cast<int16_t>(prev[j] + omit));
-        v = min16(v, static_cast<int16_t>(cur[j - 1] + extra[j]));
-        cur[j] = min16(v, kFar);
-    }
-    for (; j <= n; ++j) {
-        int16_t v = static_cast<int16_t>(cur[j - 1] + extra[j]);
-        if (v > limit) break;
-        cur[j] = v;
-    }
-    int hi = j - 1;
-    // Two neighbours swapped: the word has fy fyPrev where the candidate has fyPrev fy.
+    // Two neighbours swapped: the word has fy fyPrev where the candidate has
+    // fyPrev fy; the cost comes from row d - 2 (invariant 5).
     if (d >= 2 && fy != fyPrev && rows->lo[d - 2] <= rows->hi[d - 2]) {
         const int16_t *prev2 = rows->r[d - 2];
-        const int lo2 = rows->lo[d - 2] + 2, hi2 = rows->hi[d - 2] + 2;
-        for (int k = lo2 < 2 ? 2 : lo2; k <= hi2 && k <= n; ++k) {
+        const int last = rows->hi[d - 2] + 2 < n ? rows->hi[d - 2] + 2 : n;
+        for (int k = rows->lo[d - 2] + 2; k <= last; ++k) {
             if (rw.fold[k - 1] != fyPrev || rw.fold[k - 2] != fy) continue;
             int16_t swap = (k == 2 && d == 2) ? static_cast<int16_t>(w.swap + w.firstLetter) : w.swap;
             int16_t v = static_cast<int16_t>(prev2[k - 2] + swap);
-            if (k > hi) {   // past the cells worked out: fill the gap as far
-                for (int g = hi + 1; g < k; ++g) cur[g] = kFar;
-                cur[k] = v;
-                hi = k;
-            } else if (v < cur[k]) {
-                cur[k] = v;
-            } else {
-                continue;
-            }
-            // Later cells may now be cheaper through a letter typed in too many.
-            for (int m = k + 1; m <= n; ++m) {
-                int16_t e = static_cast<int16_t>(cur[m - 1] + extra[m]);
-                if (m <= hi && e >= cur[m]) break;
-                if (m > hi) {
-                    if (e > limit) break;
-                    hi = m;
-                }
-                cur[m] = e;
-            }
+            if (v <= limit) placeCell(rw, cur, &lo, &hi, k, v, limit);
         }
     }
     // Trim the band to the cells within the limit.
-    int lo = plo;
     while (lo <= hi && cur[lo] > limit) ++lo;
     while (hi >= lo && cur[hi] > limit) --hi;
     int16_t best = kFar;
-    for (int k = lo; k <= hi; ++k) best = min16(best, cur[k]);
-    if (lo > 0) cur[lo - 1] = kFar;
-    if (hi + 1 <= n) cur[hi + 1] = kFar;
+    if (lo <= hi) {
+        for (int k = lo; k <= hi; ++k) best = min16(best, cur[k]);
+        if (lo > 0) cur[lo - 1] = kFar;
+        if (hi + 1 <= n) cur[hi + 1] = kFar;
+    } else {
+        lo = 1;
+        hi = 0;
+    }
     rows->lo[d] = static_cast<int8_t>(lo);
     rows->hi[d] = static_cast<int8_t>(hi);
+    // A swap the next row may finish: the word has a letter, then fy, where
+    // the candidate will have fy, then that letter.
+    for (int k = plo + 2 > 2 ? plo + 2 : 2; k <= phi + 2 && k <= n; ++k) {
+        if (rw.fold[k - 1] == fy && rw.fold[k - 2] != fy) {
+            int16_t swap = (k == 2 && d == 1) ? static_cast<int16_t>(w.swap + w.firstLetter) : w.swap;
+            best = min16(best, static_cast<int16_t>(prev[k - 2] + swap));
+        }
+    }
     return best;
 }
 

@@ -1,11 +1,14 @@
 // Ranked suggester.
-// Groups: RankModel (typing errors ordered as people make them); RankTrie
-// (a compressed lexicon's words walked in byte order into the trie; unsorted
-// input refused); Commonness (the file's path, classes built from a list,
+// Groups: RankModel (typing errors ordered as people make them; the pool's
+// order); RankTrie (a compressed lexicon's words walked in byte order into
+// the trie; unsorted input refused; the trie search finds what a word-by-word
+// search finds); Commonness (the file's path, classes built from a list,
 // damaged files refused); Ranked (ORTH_SuggestRanked over a session's
 // lexicons: replacements first, exclusion, case and possessive, commonness
-// order, a refused file giving the defined list, the packed buffer).
+// order, a refused file or unreadable lexicon giving the defined list, the
+// packed buffer, arbitrary bytes).
 #include <cctype>
+#include <set>
 
 #include "check/rank_int.h"
 #include "lex/clex.h"
@@ -63,6 +66,24 @@ TEST(RankModel, TypingErrorsCostAsPeopleMakeThem) {
     EXPECT_GT(rankDistance(rw, "uvwxyz", 150), 150);
 }
 
+TEST(RankModel, PoolKeepsTheBestRanksInOfferOrder) {
+    RankPool pool{};
+    pool.capacity = 3;
+    const struct { const char *word; int16_t rank; } offers[] = {
+        {"b", 50}, {"a", 20}, {"c", 50}, {"d", 60}, {"e", 10}, {"b", 5}, {"c", 70}, {"f", 50}};
+    Words trace;
+    for (const auto &o : offers) {
+        offerCandidate(&pool, o.word, o.rank, o.rank);
+        std::string now;
+        for (int i = 0; i < pool.count; ++i) now += pool.entries[i].word + std::to_string(pool.entries[i].rank) + " ";
+        trace.push_back(now + "/" + std::to_string(poolLimit(pool)));
+    }
+    // Full at three: only a better rank enters; a listed word moves up on a
+    // better offer and keeps its rank on a worse one; equal ranks keep their order.
+    EXPECT_EQ(trace, (Words{"b50 /32767", "a20 b50 /32767", "a20 b50 c50 /50", "a20 b50 c50 /50",
+                            "e10 a20 b50 /50", "b5 e10 a20 /20", "b5 e10 a20 /20", "b5 e10 a20 /20"}));
+}
+
 using RankTrie = LexFixture;
 
 TEST_F(RankTrie, LexiconWordsWalkInByteOrderIntoTheTrie) {
@@ -94,6 +115,57 @@ TEST_F(RankTrie, LexiconWordsWalkInByteOrderIntoTheTrie) {
     freeTrie(&trie);
 }
 
+TEST(RankTrieSearch, FindsWhatAWordByWordSearchFinds) {
+    // Every twentieth word of the American list, in byte order.
+    std::string text = readFile(ORTH_SOURCE_DIR "/data/en_US.words");
+    Words vocabulary;
+    size_t n = 0;
+    for (size_t pos = 0, end; (end = text.find("\r\n", pos)) != std::string::npos; pos = end + 2) {
+        if (n++ % 20 == 0) vocabulary.push_back(text.substr(pos, end - pos));
+    }
+    ASSERT_GT(vocabulary.size(), 3000u);
+    WordTrie trie;
+    TrieBuilder builder;
+    ASSERT_EQ(beginTrie(&trie, &builder, 0), 0);
+    for (const std::string &w : vocabulary) {
+        ASSERT_EQ(addTrieWord(&builder, reinterpret_cast<const uint8_t *>(w.data()), static_cast<int>(w.size()), 0), 0);
+    }
+    finishTrie(&builder);
+    static RankWord rw;
+    for (const char *word : {"recieve", "teh", "Thier", "acommodate", "a", "zzzzzz", "caf\xE9s", "it's"}) {
+        for (int16_t limit : {100, 180, 260}) {
+            prepareRankWord(&rw, word, 0, kRankWeights);
+            RankPool pool{};
+            pool.capacity = kMaxRanked;
+            searchTrie(rw, trie, false, RankLimit{limit, limit, 0}, &pool);
+            // Under a limit no cost reaches, every cell of every row is worked out.
+            const int16_t whole = 16000;
+            std::vector<std::pair<int16_t, std::string>> brute;
+            for (const std::string &w : vocabulary) {
+                int16_t cost = rankDistance(rw, w.c_str(), whole);
+                if (cost <= limit) brute.emplace_back(cost, w);
+            }
+            std::stable_sort(brute.begin(), brute.end(),
+                             [](const auto &a, const auto &b) { return a.first < b.first; });
+            // The pool holds the cheapest words, each at its own cost; when it
+            // overflows, every word cheaper than its last entry is in it.
+            ASSERT_EQ(pool.count, std::min<int>(static_cast<int>(brute.size()), kMaxRanked)) << word << limit;
+            int16_t last = pool.count > 0 ? pool.entries[pool.count - 1].cost : 0;
+            std::set<std::string> found;
+            for (int i = 0; i < pool.count; ++i) {
+                found.insert(pool.entries[i].word);
+                EXPECT_EQ(pool.entries[i].cost, rankDistance(rw, pool.entries[i].word, whole)) << word;
+            }
+            for (const auto &b : brute) {
+                if (b.first < last || pool.count < kMaxRanked) {
+                    EXPECT_TRUE(found.count(b.second)) << word << " " << b.second;
+                }
+            }
+        }
+    }
+    freeTrie(&trie);
+}
+
 using Commonness = LexFixture;
 
 TEST_F(Commonness, PathRuleAndClassesBuiltFromAList) {
@@ -120,10 +192,10 @@ TEST_F(Commonness, PathRuleAndClassesBuiltFromAList) {
     // zebra (7) is as rare as COT, class 13: a and dog take 12; past the words, 0.
     EXPECT_EQ(classes, (Ints{12, 14, 13, 15, 12, 0}));
 
-    const struct { const char *list; int16_t rc; uint32_t line; } bad[] = {
+    const struct { std::string list; int16_t rc; uint32_t line; } bad[] = {
         {"cat 1\ncat\n", ORTH_INVALID_WORD_ERR, 2}, {"cat 1x\n", ORTH_INVALID_WORD_ERR, 1},
         {"cat 99999999999999999999\n", ORTH_INVALID_WORD_ERR, 1},
-        {(std::string(64, 'a') + " 1\n").c_str(), ORTH_INVALID_WORD_ERR, 1}};
+        {std::string(64, 'a') + " 1\n", ORTH_INVALID_WORD_ERR, 1}};
     for (const auto &b : bad) {
         writeFile(dir.file("bad.txt"), b.list);
         EXPECT_EQ(ORTH_CompressLexFreq(sid, clxPath.c_str(), dir.file("bad.txt").c_str(), &line), b.rc) << b.list;
@@ -264,6 +336,46 @@ TEST_F(Ranked, RefusedCommonnessFileGivesTheDefinedList) {
     EXPECT_EQ(ranked("cet"), suggest("cet"));
     EXPECT_TRUE(log.contains(std::string("ORTH_SuggestRanked: ") + otherPath +
                              " refused (made for another word list); the defined order is used"));
+}
+
+TEST_F(Ranked, UnreadableLexiconGivesTheDefinedList) {
+    LogCapture log;
+    addCompressed({"cat", "cot", "cut", "dog", "dot"});
+    Words defined = suggest("cet");
+    // A segment's coded words running past its end: the index cannot be made.
+    std::string bytes = readFile(clxPath);
+    ASSERT_GT(bytes.size(), 2830u);
+    bytes[bytes.size() - 1] = '\x7A';   // the last word's end code becomes a letter
+    writeFile(clxPath, bytes);
+    ORTH_CloseLex(sid, 0);
+    ASSERT_EQ(ORTH_OpenLex(sid, clxPath.c_str(), 0), 0);
+    EXPECT_EQ(ranked("cet"), suggest("cet"));
+    EXPECT_EQ(suggest("cet"), defined);
+    bool logged = false;
+    for (const std::string &line : log.lines()) logged |= line.rfind("ORTH_SuggestRanked: can't index ", 0) == 0;
+    EXPECT_TRUE(logged);
+}
+
+TEST_F(Ranked, ArbitraryBytesGiveWellFormedLists) {
+    addCompressed({"a", "cat", "cot", "it's", "re-enter", "the"});
+    addLex(ORTH_IGNORE_LEX_TYPE, {"zebra"});
+    setOption(ORTH_SUGGEST_SPLIT_WORDS_OPT, 1);
+    uint32_t seed = 12345;
+    auto next = [&seed] { seed = seed * 1103515245u + 12345u; return seed >> 16; };
+    char word[90], buf[600];
+    int16_t scores[25];
+    for (int i = 0; i < 400; ++i) {
+        size_t len = 1 + next() % 80;
+        for (size_t k = 0; k < len; ++k) word[k] = static_cast<char>(1 + next() % 255);
+        word[len] = '\0';
+        std::memset(buf, '#', sizeof buf);
+        int16_t r = ORTH_SuggestRanked(sid, word, buf, sizeof buf, scores, 25);
+        ASSERT_TRUE(r == 0 || r == ORTH_BUFFER_TOO_SMALL_ERR) << r;
+        size_t used = 0;   // words, each with its zero, then the final zero, inside the buffer
+        while (used < sizeof buf && buf[used] != '\0') used += std::strlen(buf + used) + 1;
+        ASSERT_LT(used, sizeof buf);
+    }
+    EXPECT_EQ(firstWord(ranked("catcot")), "cat cot");   // split words still offered
 }
 
 TEST_F(Ranked, PackedBufferBoundsAndBadInput) {
