@@ -89,10 +89,8 @@ int16_t makeRankIndex(LexEntry *lex) {
         walk.hash = kWordHashSeed;
         walk.words = clex.smallCount;
         rc = beginTrie(&index->trie, &walk.builder, estimateNodes(clex));
-        if (rc == 0) {
-            rc = walkLexWords(&clex, indexWord, &walk);
-            finishTrie(&walk.builder);
-        }
+        if (rc == 0) rc = walkLexWords(&clex, indexWord, &walk);
+        if (rc == 0) rc = finishTrie(&walk.builder);
         if (rc == ORTH_OUT_OF_MEMORY_ERR) {
             LexFreq_Free(&freq);
             freeRankIndex(index);
@@ -175,13 +173,17 @@ void searchWidening(RankedCall *call) {
     int settle = call->pool.capacity < w.settle ? call->pool.capacity : w.settle;
     int16_t cap = static_cast<int16_t>(w.perLetter * call->rw.len);
     bool first = true;
+    int16_t last = 0;
     for (int16_t limit : w.bounds) {
         if (limit > cap) limit = cap;
+        if (!first && limit <= last) return;   // nothing wider to search
+        last = limit;
         RankLimit ramp{limit, first ? limit : w.rampBase, first ? static_cast<int16_t>(0) : w.rampSlope};
         first = false;
         searchLexicons(call, ramp);
-        int16_t enough = limit < w.settleBelow ? limit : w.settleBelow;
-        if (call->pool.count >= settle && call->pool.entries[settle - 1].rank <= enough) return;
+        if (call->pool.count < settle) continue;
+        const RankCandidate &c = call->pool.entries[settle - 1];
+        if (c.rank <= limit && c.rank <= w.settleBelow) return;
     }
 }
 

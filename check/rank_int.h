@@ -83,6 +83,8 @@ struct RankWord {
     int16_t subCost[27][27];     // by letter index, for different base letters
     int16_t omitCost[256];
     int16_t omitFirstCost[256];       // left out before the word's first letter
+    uint64_t at[27];                  // by letter index: bit j set when the word's letter j - 1 has it
+    int16_t cheapestSub;              // the cheapest change of one letter for another
     int16_t extraAt[kWordBufSize];    // the word's letter j - 1 typed in too many
     bool subFilled[256];
     int16_t subAt[256][kWordBufSize]; // [y][j]: the word's letter j - 1 typed for y
@@ -112,7 +114,8 @@ int16_t rankDistance(RankWord &rw, const char *candidate, int16_t limit);
 
 // A search's cost limit: bound for a whole candidate, and base + slope * d
 // for its first d letters, so that wide searches do not branch out near
-// the trie's root (people seldom make several errors in a word's first letters).
+// the trie's root (people seldom make several errors in a word's first
+// letters).
 struct RankLimit {
     int16_t bound;
     int16_t base;

@@ -22,7 +22,12 @@
 // (5) A swap reaches back two rows, over a row that may hold nothing within
 //     the limit; so stepRow's result, which decides whether a trie node's
 //     children are visited, also counts the swaps the next row could finish.
+// (6) Before working out a child's row, the search asks whether its letter
+//     can bring any cell within the limit (viableLetters): a match of the
+//     word's next letter, a letter left out, a swap. Most children fail
+//     that test, and skipping them changes no result.
 #include <cstring>
+#include <initializer_list>
 
 #include "check/chartab.h"
 #include "check/rank_int.h"
@@ -42,6 +47,8 @@ namespace {
 
 constexpr int kOther = 26;   // index of every character without a base letter
 constexpr int16_t kFar = 0x3FFF;
+
+int16_t min16(int16_t a, int16_t b) { return a < b ? a : b; }
 
 // Kinds of letter pairs, for the substitution cost.
 enum PairKind : uint8_t { kPairOther, kPairVowel, kPairSound, kPairKey };
@@ -132,6 +139,10 @@ void prepareRankWord(RankWord *rw, const char *word, int16_t charSet, const Rank
         rw->fold[n] = rw->foldTable[*p];
     }
     rw->len = n;
+    for (uint64_t &bits : rw->at) bits = 0;
+    for (int j = 1; j <= n; ++j) rw->at[rw->letterIndex[rw->raw[j - 1]]] |= uint64_t{1} << j;
+    rw->cheapestSub = weights.sub;
+    for (int16_t c : {weights.subVowel, weights.subSound, weights.subKey}) rw->cheapestSub = min16(rw->cheapestSub, c);
     // A letter typed in too many: cheap when it doubles the one before.
     rw->extraAt[0] = 0;
     for (int j = 1; j <= n; ++j) {
@@ -144,8 +155,6 @@ void prepareRankWord(RankWord *rw, const char *word, int16_t charSet, const Rank
 }
 
 namespace {
-
-int16_t min16(int16_t a, int16_t b) { return a < b ? a : b; }
 
 // The cost of typing word letter x for candidate letter y.
 int16_t substitution(const RankWord &rw, uint8_t x, uint8_t y) {
@@ -222,9 +231,8 @@ bool placeCell(const RankWord &rw, int16_t *cur, int *lo, int *hi, int k, int16_
     return true;
 }
 
-}  // namespace
-
-int16_t stepRow(RankWord &rw, RankRows *rows, int d, uint8_t y, int16_t limit) {
+// stepRow's body, for the trie search to have inlined.
+inline int16_t workOutRow(RankWord &rw, RankRows *rows, int d, uint8_t y, int16_t limit) {
     const RankWeights &w = *rw.weights;
     const int n = rw.len;
     rows->raw[d - 1] = y;
@@ -269,7 +277,8 @@ int16_t stepRow(RankWord &rw, RankRows *rows, int d, uint8_t y, int16_t limit) {
     }
     // Two neighbours swapped: the word has fy fyPrev where the candidate has
     // fyPrev fy; the cost comes from row d - 2 (invariant 5).
-    if (d >= 2 && fy != fyPrev && rows->lo[d - 2] <= rows->hi[d - 2]) {
+    if (d >= 2 && fy != fyPrev && rows->lo[d - 2] <= rows->hi[d - 2] &&
+        (rw.at[rw.letterIndex[fyPrev]] & (rw.at[rw.letterIndex[fy]] << 1)) != 0) {
         const int16_t *prev2 = rows->r[d - 2];
         const int last = rows->hi[d - 2] + 2 < n ? rows->hi[d - 2] + 2 : n;
         for (int k = rows->lo[d - 2] + 2; k <= last; ++k) {
@@ -295,13 +304,20 @@ int16_t stepRow(RankWord &rw, RankRows *rows, int d, uint8_t y, int16_t limit) {
     rows->hi[d] = static_cast<int8_t>(hi);
     // A swap the next row may finish: the word has a letter, then fy, where
     // the candidate will have fy, then that letter.
-    for (int k = plo + 2 > 2 ? plo + 2 : 2; k <= phi + 2 && k <= n; ++k) {
+    const bool fyInWord = rw.at[rw.letterIndex[y]] != 0;
+    for (int k = plo + 2 > 2 ? plo + 2 : 2; fyInWord && k <= phi + 2 && k <= n; ++k) {
         if (rw.fold[k - 1] == fy && rw.fold[k - 2] != fy) {
             int16_t swap = (k == 2 && d == 1) ? static_cast<int16_t>(w.swap + w.firstLetter) : w.swap;
             best = min16(best, static_cast<int16_t>(prev[k - 2] + swap));
         }
     }
     return best;
+}
+
+}  // namespace
+
+int16_t stepRow(RankWord &rw, RankRows *rows, int d, uint8_t y, int16_t limit) {
+    return workOutRow(rw, rows, d, y, limit);
 }
 
 int16_t rankDistance(RankWord &rw, const char *candidate, int16_t limit) {
@@ -383,19 +399,60 @@ void offerNode(TrieSearch &s, uint32_t node, int depth) {
 }
 
 // Visits the siblings starting at node first, the children of a node at depth.
+constexpr uint32_t kAllLetters = (1u << 27) - 1;
+constexpr uint32_t kVowelBits = 1u << ('a' - 'a') | 1u << ('e' - 'a') | 1u << ('i' - 'a') | 1u << ('o' - 'a') |
+                                1u << ('u' - 'a');
+
+// The letters (bits by letter index; bit 26 for every other character)
+// that a child of a node at depth d can have and still come within limit:
+// those the word has next to a cell that can afford a match, those a cell
+// can afford to have left out, and those that finish a swap (invariant 6).
+uint32_t viableLetters(const RankWord &rw, const RankRows &rows, int d, int16_t limit) {
+    const RankWeights &w = *rw.weights;
+    const int lo = rows.lo[d], hi = rows.hi[d];
+    uint32_t mask = 1u << kOther;
+    int16_t least = kFar;
+    for (int j = lo; j <= hi; ++j) {
+        int16_t cost = rows.r[d][j];
+        least = min16(least, cost);
+        if (j < rw.len && cost <= limit) {
+            if (cost + rw.cheapestSub <= limit) return kAllLetters;
+            mask |= 1u << rw.letterIndex[rw.raw[j]];
+        }
+    }
+    const uint8_t fy = rows.fold[d - 1];
+    if (least + w.omit <= limit) return kAllLetters;
+    if (least + w.omitVowel <= limit) mask |= kVowelBits;
+    if (least + w.omitDouble <= limit) mask |= 1u << rw.letterIndex[fy];
+    if (least + w.omitH <= limit) mask |= 1u << ('h' - 'a');
+    // Swaps from row d - 1 finished by the child, and swaps the child starts.
+    const int plo = rows.lo[d - 1], phi = rows.hi[d - 1];
+    const bool fyInWord = rw.at[rw.letterIndex[fy]] != 0;
+    for (int k = plo + 2 > 2 ? plo + 2 : 2; fyInWord && k <= phi + 2 && k <= rw.len; ++k) {
+        if (rw.fold[k - 1] == fy && rows.r[d - 1][k - 2] + w.swap <= limit) mask |= 1u << rw.letterIndex[rw.raw[k - 2]];
+    }
+    for (int j = lo; j <= hi && j + 2 <= rw.len; ++j) {
+        if (rows.r[d][j] + w.swap <= limit) mask |= 1u << rw.letterIndex[rw.raw[j + 1]];
+    }
+    return mask;
+}
+
 void visitSiblings(TrieSearch &s, uint32_t first, int depth) {
     const WordTrie &t = *s.trie;
-    for (uint32_t node = first; node < t.count;) {
-        uint32_t skip = trieSkip(t, node);
+    int16_t limit = currentLimit(s, depth + 1);   // falls only when a word is offered
+    const uint32_t viable = depth == 0 ? kAllLetters : viableLetters(*s.rw, s.rows, depth, limit);
+    for (uint32_t node = first; node < t.count; ++node) {
+        uint32_t child = trieFirstChild(t, node);
         uint8_t info = t.info[node];
-        int16_t limit = currentLimit(s, depth + 1);
-        int16_t best = stepRow(*s.rw, &s.rows, depth + 1, trieLabel(t, node), limit);
+        uint8_t label = trieLabel(t, node);
+        int16_t best = (viable >> s.rw->letterIndex[label] & 1) ? workOutRow(*s.rw, &s.rows, depth + 1, label, limit)
+                                                                 : kFar;
         if (best <= limit) {
             if (info & kTrieTerminal) offerNode(s, node, depth + 1);
-            if (skip > 1 && depth + 1 < kMaxWordLen) visitSiblings(s, node + 1, depth + 1);
+            if (child != 0 && depth + 1 < kMaxWordLen) visitSiblings(s, child, depth + 1);
+            limit = currentLimit(s, depth + 1);
         }
-        if ((info & kTrieLastSibling) || skip == 0) break;
-        node += skip;
+        if (info & kTrieLastSibling) break;
     }
 }
 

@@ -4,10 +4,15 @@
 // (1) Words arrive in ascending byte order, so each word's new nodes are
 //     appended after everything before them: appending is preorder. A node's
 //     subtree is complete when a later word leaves its path (or at the end);
-//     closeNodes then stores its size as the skip to its next sibling.
+//     closeNodes then stores its size, the skip to its next sibling, in the
+//     bits that will later hold its first child.
 // (2) A node closed because the next word leaves its path above its depth has
 //     no sibling after it (kTrieLastSibling); one closed because the next
 //     word branches at its own depth has one.
+// (4) finishTrie copies the preorder nodes breadth first: each node taken
+//     from the queue appends its children (found by their skips) at the end,
+//     so a node's children end up side by side and its first child's index
+//     is known when it is appended.
 // (3) The lexicon's small words (one or two bytes) are kept apart from its
 //     segments; walkLexWords merges them into the segments' order, so the
 //     trie sees one sorted stream, and reports each word's index in the
@@ -93,17 +98,49 @@ int16_t addTrieWord(TrieBuilder *b, const uint8_t *word, int len, uint8_t common
     return 0;
 }
 
-void finishTrie(TrieBuilder *b) {
+int16_t finishTrie(TrieBuilder *b) {
     WordTrie *t = b->trie;
     closeNodes(b, 0, -1);
     b->lastLen = 0;
-    if (t->count == 0 || t->count == t->capacity) return;
-    // Trim to size; on failure the larger block stays in use.
-    if (auto *nodes = static_cast<uint32_t *>(std::realloc(t->nodes, t->count * sizeof(uint32_t)))) {
-        t->nodes = nodes;
+    const uint32_t n = t->count;
+    auto *nodes = static_cast<uint32_t *>(std::malloc((n == 0 ? 1 : n) * sizeof(uint32_t)));
+    auto *info = static_cast<uint8_t *>(std::malloc(n == 0 ? 1 : n));
+    auto *from = static_cast<uint32_t *>(std::malloc((n == 0 ? 1 : n) * sizeof(uint32_t)));
+    if (nodes == nullptr || info == nullptr || from == nullptr) {
+        std::free(nodes);
+        std::free(info);
+        std::free(from);
+        freeTrie(t);
+        return ORTH_OUT_OF_MEMORY_ERR;
     }
-    if (auto *info = static_cast<uint8_t *>(std::realloc(t->info, t->count))) t->info = info;
-    t->capacity = t->count;
+    // Invariant 4: from[i] is the preorder index of breadth-first node i.
+    uint32_t added = 0;
+    auto appendSiblings = [&](uint32_t pre) {
+        for (;;) {
+            from[added] = pre;
+            nodes[added] = t->nodes[pre] & 0xFFu;
+            info[added] = t->info[pre];
+            ++added;
+            uint32_t skip = t->nodes[pre] >> 8;
+            if ((t->info[pre] & kTrieLastSibling) || skip == 0 || pre + skip >= n) break;
+            pre += skip;
+        }
+    };
+    if (n > 0) appendSiblings(0);
+    for (uint32_t i = 0; i < added; ++i) {
+        uint32_t pre = from[i];
+        if ((t->nodes[pre] >> 8) > 1 && pre + 1 < n) {
+            nodes[i] |= added << 8;
+            appendSiblings(pre + 1);
+        }
+    }
+    std::free(from);
+    std::free(t->nodes);
+    std::free(t->info);
+    t->nodes = nodes;
+    t->info = info;
+    t->capacity = n;
+    return 0;
 }
 
 void freeTrie(WordTrie *trie) {

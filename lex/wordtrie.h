@@ -5,10 +5,11 @@
 // class (0 unknown, 1 rarest to 15 most common) from the lexicon's
 // commonness file.
 //
-// Layout: the nodes in preorder, five bytes each. A node's first child, if
-// any, is the node after it; its next sibling is skip nodes further on,
-// skip being the size of its subtree. The top-level nodes are the root's
-// children and start at index 0.
+// Layout: five bytes a node, the children of a node side by side (breadth
+// first), so that a search runs along a node's children through adjacent
+// memory. A node holds its label and the index of its first child (0: none,
+// since the root's children, the top-level nodes, start at index 0); the
+// last child of a node carries kTrieLastSibling.
 #pragma once
 
 #include <cstdint>
@@ -20,11 +21,11 @@ struct CLexState;
 constexpr uint8_t kTrieTerminal = 0x01;     // a word ends at this node
 constexpr uint8_t kTrieLastSibling = 0x02;  // no sibling follows
 constexpr int kTrieClassShift = 4;          // commonness class in bits 4 to 7
-constexpr uint32_t kTrieMaxNodes = (1u << 24) - 1;  // skip is 24 bits
+constexpr uint32_t kTrieMaxNodes = (1u << 24) - 1;  // node indexes are 24 bits
 constexpr int kCommonnessClasses = 16;
 
 struct WordTrie {
-    uint32_t *nodes;    // owned; label in bits 0-7, skip in bits 8-31
+    uint32_t *nodes;    // owned; label in bits 0-7, first child in bits 8-31
     uint8_t *info;      // owned; kTrieTerminal, kTrieLastSibling, class
     uint32_t count;     // nodes in use
     uint32_t capacity;
@@ -32,10 +33,12 @@ struct WordTrie {
 };
 
 inline uint8_t trieLabel(const WordTrie &t, uint32_t node) { return static_cast<uint8_t>(t.nodes[node]); }
-inline uint32_t trieSkip(const WordTrie &t, uint32_t node) { return t.nodes[node] >> 8; }
+inline uint32_t trieFirstChild(const WordTrie &t, uint32_t node) { return t.nodes[node] >> 8; }
 
-// Building from words given in ascending byte order. The builder keeps the
-// path of the last word; a word equal to the last one only raises its class.
+// Building from words given in ascending byte order. The builder appends
+// each word's new nodes in preorder, keeping the path of the last word (a
+// word equal to the last one only raises its class); finishTrie then lays
+// the nodes out breadth first.
 struct TrieBuilder {
     WordTrie *trie;
     uint32_t path[kWordBufSize];   // node at each depth of the last word
@@ -50,9 +53,9 @@ int16_t beginTrie(WordTrie *trie, TrieBuilder *builder, uint32_t expectedNodes);
 // for an empty or over-long word; ORTH_OUT_OF_MEMORY_ERR (also past
 // kTrieMaxNodes). On failure the trie is as before the call.
 int16_t addTrieWord(TrieBuilder *builder, const uint8_t *word, int len, uint8_t commonness);
-// Closes the open nodes and trims the arrays to their size (a failed trim
-// keeps the larger arrays).
-void finishTrie(TrieBuilder *builder);
+// Closes the open nodes and lays the trie out breadth first. 0, or
+// ORTH_OUT_OF_MEMORY_ERR with the trie emptied.
+int16_t finishTrie(TrieBuilder *builder);
 void freeTrie(WordTrie *trie);
 
 // What the ranked suggester keeps with a compressed lexicon, made on the

@@ -23,13 +23,13 @@ int16_t distance(const char *word, const char *candidate) {
     return rankDistance(rw, candidate, 1000);
 }
 
-// The trie's words in preorder, each as "word/class".
+// The trie's words depth first, each as "word/class".
 void collectTrie(const WordTrie &t, uint32_t first, const std::string &prefix, Words *out) {
-    for (uint32_t n = first; n < t.count; n += trieSkip(t, n)) {
+    for (uint32_t n = first; n < t.count; ++n) {
         std::string w = prefix + static_cast<char>(trieLabel(t, n));
         if (t.info[n] & kTrieTerminal) out->push_back(w + "/" + std::to_string(t.info[n] >> kTrieClassShift));
-        if (trieSkip(t, n) > 1) collectTrie(t, n + 1, w, out);
-        if ((t.info[n] & kTrieLastSibling) || trieSkip(t, n) == 0) break;
+        if (trieFirstChild(t, n) != 0) collectTrie(t, trieFirstChild(t, n), w, out);
+        if (t.info[n] & kTrieLastSibling) break;
     }
 }
 
@@ -107,7 +107,7 @@ TEST_F(RankTrie, LexiconWordsWalkInByteOrderIntoTheTrie) {
         EXPECT_EQ(addTrieWord(&builder, reinterpret_cast<const uint8_t *>(a.word), static_cast<int>(strlen(a.word)),
                               a.cls), a.rc) << a.word;
     }
-    finishTrie(&builder);
+    ASSERT_EQ(finishTrie(&builder), 0);
     Words words;
     collectTrie(trie, 0, "", &words);
     EXPECT_EQ(words, (Words{"a/3", "ab/9", "abc/2", "b/0", "bcd/15"}));   // a repeat keeps the larger class
@@ -130,7 +130,7 @@ TEST(RankTrieSearch, FindsWhatAWordByWordSearchFinds) {
     for (const std::string &w : vocabulary) {
         ASSERT_EQ(addTrieWord(&builder, reinterpret_cast<const uint8_t *>(w.data()), static_cast<int>(w.size()), 0), 0);
     }
-    finishTrie(&builder);
+    ASSERT_EQ(finishTrie(&builder), 0);
     static RankWord rw;
     for (const char *word : {"recieve", "teh", "Thier", "acommodate", "a", "zzzzzz", "caf\xE9s", "it's"}) {
         for (int16_t limit : {100, 180, 260}) {
