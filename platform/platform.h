@@ -1,6 +1,7 @@
 // platform/platform.h — the operating-system layer. Everything the engine asks
 // of the OS goes through here: files by handle, file times, delete and rename,
-// the local clock, the user-language letter test and the path separator.
+// the local clock, the user-language letter test, the path separator and the
+// library's own module and file name.
 // platform/posix/ implements it over POSIX calls, platform/win32/ over Win32.
 //
 // Test builds (ORTH_FAULT_SEAMS) can make writes fail, so that tests walk a
@@ -19,7 +20,7 @@ void platClose(int32_t handle);
 int32_t platFileTime(const char *path);                 // modification time, 0 when unknown
 bool platFileExists(const char *path);
 int platRemove(const char *path);                       // 0 on success
-int platRename(const char *from, const char *to);       // 0 on success
+int platRename(const char *from, const char *to);       // 0 on success; replaces an existing target
 
 // The native path separator, used where the engine joins a folder and a name.
 char platPathSeparator();
@@ -38,6 +39,12 @@ void platDateText(const PlatTime &t, char out[25]);
 
 // Whether a byte is a letter in the user's language (Windows' IsCharAlphaA).
 bool platIsCharAlpha(unsigned char c);
+
+// The library's own module. A Windows DLL stores its module handle here when
+// it loads (DllMain); a program that links the engine statically stores
+// nothing, and the handle stays null. platModuleFileName (below) names it.
+void platSetModuleHandle(void *module);
+void *platModuleHandle();
 
 // The host-integration layer's view of the system. Each call below maps one
 // to one onto a Windows call (named in its comment); platform/posix/ realises
