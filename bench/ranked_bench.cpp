@@ -138,10 +138,11 @@ void measure(benchmark::State &state, const Pairs &pairs, const Suggester &sugge
             double start = threadMicros();
             std::vector<std::string> list = suggest(pair.first);
             micros.push_back(threadMicros() - start);
-            auto at = std::find(list.begin(), list.end(), pair.second) - list.begin();
-            first += at == 0;
-            topFive += at < 5 && at < static_cast<long>(list.size());
-            anywhere += at < static_cast<long>(list.size());
+            const long found = static_cast<long>(list.size());
+            const long at = std::find(list.begin(), list.end(), pair.second) - list.begin();
+            first += at == 0 && at < found;
+            topFive += at < 5 && at < found;
+            anywhere += at < found;
         }
     }
     std::sort(micros.begin(), micros.end());
