@@ -108,6 +108,31 @@ uint32_t platProcessId();
 // when it cannot be named or does not fit.
 bool platConfigFolder(char *out, uint32_t size);
 
+#ifndef _WIN32
+// The interactive terminal (POSIX builds only): a raw keyboard on standard
+// input, output to standard output. Raw mode keeps the signal keys, so Ctrl-C
+// still interrupts. Once entered, the mode is restored on every way out:
+// platTermLeave, a normal exit, SIGINT, SIGTERM, SIGHUP, SIGQUIT and the crash
+// signals (restored, then the signal is raised again with its default
+// action); a stop (Ctrl-Z) restores it and SIGCONT enters it again.
+bool platTermIsTerminal(int fd);    // 0 standard input, 1 standard output
+// Enters raw mode and writes `enter`; `leave` (at most 63 bytes) is written
+// whenever the mode is restored. 0, or -1 when standard input is no terminal
+// or its mode cannot be set.
+int platTermEnter(const char *enter, const char *leave);
+void platTermLeave();               // restores; harmless when not entered
+void platTermSize(int *columns, int *rows);  // 80 by 24 when unknown
+// One byte of input within timeoutMs (-1: wait), or one of these:
+constexpr int kTermTimeout = -1;
+constexpr int kTermClosed = -2;     // end of input or a read error
+constexpr int kTermInterrupted = -3;  // a signal arrived (resize, continue)
+int platTermRead(int timeoutMs);
+bool platTermWrite(const char *bytes, uint32_t count);
+// Whether the window changed size or the program was continued after a
+// stop since the last call: the screen must be drawn again.
+bool platTermRedrawPending();
+#endif
+
 #ifdef ORTH_FAULT_SEAMS
 // Let the next n writes succeed, then fail every write (short write of 0)
 // until platClearFaults. n = 0 fails the very next write.
