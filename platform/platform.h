@@ -47,8 +47,10 @@ void platSetModuleHandle(void *module);
 void *platModuleHandle();
 
 // The host-integration layer's view of the system. Each call below maps one
-// to one onto a Windows call (named in its comment); platform/posix/ realises
-// the profile files and the registry as text files, see inifile.h there.
+// to one onto a Windows call (named in its comment), which platform/win32/
+// makes; platform/posix/ realises the profile files and the registry as text
+// files, see inifile.h there. Both refuse the same profile writes
+// (profilename.h).
 
 // Profile (INI) files: keys in [sections], section and key names matched
 // without regard to ASCII case. A bare file name (no '/' or '\\') lives in the
@@ -87,9 +89,11 @@ int32_t platRegOpenKey(PlatRegRoot root, const char *path, uint32_t access, Plat
 int32_t platRegCreateKey(PlatRegRoot root, const char *path, PlatRegKey *key);
 // RegQueryValueExA: type and data of a value. *size holds the capacity and
 // receives the value's size; a value larger than the capacity gives
-// kPlatRegMoreData and copies nothing. type, data (and then size) may be null.
+// kPlatRegMoreData and leaves nothing usable in data (POSIX copies nothing,
+// Windows leaves it undefined). type, data (and then size) may be null.
 int32_t platRegQueryValue(PlatRegKey key, const char *name, uint32_t *type, void *data, uint32_t *size);
-// RegSetValueExA: writes a kPlatRegSz or kPlatRegDword value.
+// RegSetValueExA: writes a kPlatRegSz or a 4-byte kPlatRegDword value;
+// any other type or size is refused with kPlatRegBadParam.
 int32_t platRegSetValue(PlatRegKey key, const char *name, uint32_t type, const void *data, uint32_t size);
 // RegCloseKey.
 void platRegCloseKey(PlatRegKey key);
@@ -104,8 +108,9 @@ uint32_t platModuleFileName(char *out, uint32_t size);
 // GetCurrentProcessId.
 uint32_t platProcessId();
 // The folder of the system profile, of bare profile names and of the user's
-// registry (on POSIX $XDG_CONFIG_HOME/orth, else $HOME/.config/orth). false
-// when it cannot be named or does not fit.
+// registry (on POSIX $XDG_CONFIG_HOME/orth, else $HOME/.config/orth; on
+// Windows the Windows folder, which holds WIN.INI). false when it cannot be
+// named or does not fit.
 bool platConfigFolder(char *out, uint32_t size);
 
 #ifndef _WIN32

@@ -25,6 +25,7 @@
 #include "host/settings.h"
 #include "platform/platform.h"
 #include "tools/checkdoc.h"
+#include "tools/front.h"
 #include "ui/clientui.h"
 #endif
 
@@ -167,67 +168,46 @@ std::string absolutePath(const std::string &path) {
     return ec ? path : p.lexically_normal().string();
 }
 
-std::string folderPart(const std::string &path) {
-    size_t slash = path.rfind('/');
-    return slash == std::string::npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
-}
-
-std::string namePart(const std::string &path) {
-    size_t slash = path.rfind('/');
-    return slash == std::string::npos ? path : path.substr(slash + 1);
-}
-
-// The language of a dictionary folder's MAIN.CLX, 1033 when it cannot be told.
-uint16_t dictionaryLanguage(const std::string &dir) {
-    uint16_t language = 1033;
+// Opens the personal dictionary once, creating it empty (type Ignore, the
+// dictionary's language) when it does not exist yet. "" or the reason.
+std::string preparePersonal(const std::string &dir, const std::string &personal) {
     int16_t sid = ORTH_OpenSession();
-    if (sid < 0) return language;
-    int16_t lex = ORTH_OpenLex(sid, (dir + "/MAIN.CLX").c_str(), 0);
-    if (lex >= 0) ORTH_GetLexInfo(sid, lex, nullptr, nullptr, nullptr, &language);
+    if (sid < 0) return "cannot open a session: " + describeResult(sid);
+    ORTH_OpenLex(sid, (dir + "/MAIN.CLX").c_str(), 0);  // for its language
+    int16_t lex = -1;
+    int16_t rc = openPersonalList(sid, personal, &lex);
     ORTH_CloseSession(sid);
-    return language;
-}
-
-// Makes a personal dictionary: an empty text lexicon of type Ignore.
-bool createPersonal(const std::string &path, uint16_t language) {
-    std::error_code ec;
-    std::filesystem::create_directories(folderPart(path), ec);
-    int16_t sid = ORTH_OpenSession();
-    if (sid < 0) return false;
-    int16_t rc = ORTH_CreateLex(sid, path.c_str(), ORTH_IGNORE_LEX_TYPE, language);
-    ORTH_CloseSession(sid);
-    if (rc < 0) reportError("%s: cannot create the personal dictionary: %s", path.c_str(), describeResult(rc).c_str());
-    return rc >= 0;
+    return rc < 0 ? personal + ": cannot open or create the personal dictionary: " + describeResult(rc) : "";
 }
 
 bool writeFirstUse(const GlobalOptions &opts, Interactive *ia) {
     std::string dir = findDictionaryDir(opts);
-    if (dir.empty() || !std::filesystem::is_regular_file(dir + "/MAIN.CLX")) {
+    if (dir.empty() || !isRegularFile(dir + "/MAIN.CLX")) {
         if (dir.empty()) reportError("no dictionary found: use -d DIR or set ORTH_DICPATH");
         else reportError("%s: no MAIN.CLX in this dictionary folder", dir.c_str());
         return false;
     }
     dir = absolutePath(dir);
-    std::string personal = opts.personalList;
+    std::string personal = opts.personalList.empty() ? defaultPersonalList(dir) : opts.personalList;
     if (personal.empty()) {
-        char config[kPathBufSize];
-        if (!platConfigFolder(config, sizeof config)) {
-            reportError("no configuration folder: set HOME or XDG_CONFIG_HOME");
-            return false;
-        }
-        personal = std::string(config) + "/" + namePart(dir) + ".tlx";
+        reportError("no configuration folder for the personal dictionary: set HOME or XDG_CONFIG_HOME");
+        return false;
     }
     personal = absolutePath(personal);
     if (personal.size() > kMaxPathLen || dir.size() + 9 > kMaxPathLen) {
         reportError("%s: path too long for the settings (at most %d characters)", personal.c_str(), kMaxPathLen);
         return false;
     }
-    if (!std::filesystem::exists(personal) && !createPersonal(personal, dictionaryLanguage(dir))) return false;
-    bool companion = std::filesystem::is_regular_file(dir + "/MAIN.TLX");
+    std::string problem = preparePersonal(dir, personal);
+    if (!problem.empty()) {
+        reportError("%s", problem.c_str());
+        return false;
+    }
+    bool companion = isRegularFile(dir + "/MAIN.TLX");
     ORTH_SetMainLexPath(dir.c_str());
     ORTH_SetMainLexFiles(companion ? "MAIN.TLX,MAIN.CLX" : "MAIN.CLX");
-    ORTH_SetUserLexPath(folderPart(personal).c_str());
-    ORTH_SetUserLexFiles(namePart(personal).c_str());
+    ORTH_SetUserLexPath(folderOf(personal).c_str());
+    ORTH_SetUserLexFiles(bareFileName(personal.c_str()));
     findIniFile();
     std::string store = iniFilePath();
     char config[kPathBufSize];
@@ -253,7 +233,7 @@ std::string useMainDictionary(const GlobalOptions &opts) {
     }
     for (const char *name : {"MAIN.TLX", "MAIN.CLX"}) {
         std::string path = dir + "/" + name;
-        if (!std::filesystem::is_regular_file(path)) continue;
+        if (!isRegularFile(path)) continue;
         int slot = findFreeLexSlot();
         int16_t lex = slot < 0 ? ORTH_TOO_MANY_LEXICONS_ERR : ORTH_OpenLex(ctx.sessionId, path.c_str(), 0);
         if (lex < 0) return path + ": cannot open dictionary: " + describeResult(lex);
