@@ -21,6 +21,11 @@ struct TLexState {
     uint32_t count;
     uint32_t capacity;   // grows by 32
     int32_t fileTime;    // modification time when this state last matched the file
+    // The size and checksum of the file's bytes when this state last matched
+    // it (sumKnown false: not known, the time alone decides a reload).
+    uint64_t fileSum;
+    uint32_t fileSize;
+    bool sumKnown;
     char path[kPathBufSize];  // empty: memory only
     bool headerless;     // the file had no sentinel line; saves write none
 };
