@@ -33,7 +33,8 @@
 //     the CR of their line end.
 // (6) headerless is set by loadLexFile when the file has no valid sentinel
 //     and cleared only by TLex_Open; saves of a headerless lexicon write no
-//     sentinel line.
+//     sentinel line, unless it has no entries: an empty file could not be
+//     opened again.
 // (7) A memory-only lexicon (empty path) never touches a file.
 #include "lex/tlex.h"
 
@@ -287,7 +288,9 @@ void abandonSave(LexSave *save) {
 int16_t saveLexFile(TLexState *state, LexSave *save) {
     char line[2 * kLineBufSize];
     bool ok = true;
-    if (!state->headerless) {
+    // An empty file is no lexicon (the probe refuses it): a headerless
+    // lexicon without entries is saved with its sentinel.
+    if (!state->headerless || state->count == 0) {
         std::snprintf(line, sizeof line, "%cLID %04hd %hd %lu", '#', static_cast<int16_t>(state->language),
                       static_cast<int16_t>(state->type), static_cast<unsigned long>(state->count));
         ok = fileWriteLine(save->handle, line) >= 0;

@@ -1,7 +1,8 @@
 // Text lexicons loaded from damaged files.
 // Groups: TextDamaged (lines holding zero bytes or cut line ends are skipped
 // with a log line; over random damaged files, every entry a load accepts
-// reads back identically after a save, with the word added by that save).
+// reads back identically after a save, with the word added by that save; a
+// headerless lexicon emptied by its changes keeps a file that opens).
 #include <gtest/gtest.h>
 
 #include <random>
@@ -87,6 +88,27 @@ TEST(TextDamaged, EveryAcceptedEntryReadsBackAfterASave) {
         SCOPED_TRACE(::testing::PrintToString(bytes));
         expectReadsBack(dir, bytes, "zzfresh");
         if (HasFailure()) return;
+    }
+}
+
+// Found by fuzzing: a headerless lexicon that lost its last entry was saved
+// as an empty file, which no open accepts.
+TEST(TextDamaged, HeaderlessLexiconEmptiedKeepsAFileThatOpens) {
+    TempDir dir;
+    std::string path = dir.file("h.tlx");
+    for (bool clear : {true, false}) {
+        writeFile(path, "pear\r\n#note\r\n");
+        TLexState lex{};
+        ASSERT_EQ(TLex_Open(path.c_str(), &lex), 0);
+        ASSERT_TRUE(lex.headerless);
+        EXPECT_EQ(clear ? TLex_Clear(&lex) : TLex_Delete(&lex, "pear"), 0);
+        EXPECT_EQ(readFile(path), "#LID 1033 1 0\r\n");
+        EXPECT_EQ(TLex_Add(&lex, "plum", nullptr), 0);
+        EXPECT_EQ(readFile(path), "plum\r\n");  // headerless again once it has entries
+        TLex_Close(&lex);
+        ASSERT_EQ(TLex_Open(path.c_str(), &lex), 0);
+        EXPECT_EQ(imageOf(&lex), Entries{"plum"});
+        TLex_Close(&lex);
     }
 }
 

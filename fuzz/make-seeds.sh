@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# Makes the fuzz targets' starting corpora in fuzz/seeds/ with our own tools:
+# compressed lexicons from the orth command's compressor, text lexicons from
+# its lex command, and inputs laid out the way each target reads them (a
+# string ends at a backslash that is not doubled; numbers come from the end).
+# Usage: fuzz/make-seeds.sh BUILD_DIR   (a build tree holding the orth command)
+set -euo pipefail
+here="$(cd "$(dirname "$0")" && pwd)"
+orth="$1/orth"
+seeds="$here/seeds"
+work="$(mktemp -d)"
+trap 'rm -rf "$work"' EXIT
+rm -rf "$seeds"
+mkdir -p "$seeds"/{clex,tlex,userlist,lexsq,block,api,text}
+
+crlf() { sed 's/$/\r/'; }
+# Sorted words of three or more letters beginning with "ab" and "he", and a few small ones.
+words="$(tr -d '\r' < "$here/../data/en_US.words" | grep -E '^(ab|he)[a-z]{1,8}$' | LC_ALL=C sort -u | awk 'NR % 40 == 1 && n++ < 24')"
+printf '%s\n' a I | LC_ALL=C sort > "$work/small.txt"
+printf '%s\n' "$words" > "$work/words.txt"
+head -12 "$here/../data/en.suffixes" > "$work/suffixes.txt"
+"$orth" compress -o "$seeds/clex/suffixed.clx" --suffixes "$work/suffixes.txt" "$work/words.txt"
+"$orth" compress -o "$seeds/clex/plain.clx" "$work/small.txt" "$work/words.txt"
+
+"$orth" lex create "$work/ignore.tlx" --type ignore --language 2057
+"$orth" lex add "$work/ignore.tlx" colour grey "doesn't" >/dev/null
+"$orth" lex create "$work/auto.tlx" --type auto
+"$orth" lex add "$work/auto.tlx" teh:the recieve:receive "a:b:c" >/dev/null
+printf 'pear\r\n# note\r\napple' > "$work/headerless.tlx"
+for f in ignore auto headerless; do
+  # The file, then one add of "word" with the replacement "repl".
+  { cat "$work/$f.tlx"; printf '\\\nword\\\nrepl\\\n\x01\x00'; } > "$seeds/tlex/$f"
+done
+
+printf '\x03\x00\x06colour\x04grey\x07doesn'"'"'t' > "$seeds/userlist/three"
+printf '\x00\x00' > "$seeds/userlist/empty"
+
+# Suffixes, then one word file; at the end: one file, with suffixes, set 0.
+{ crlf < "$work/suffixes.txt"; printf '\\\n'; crlf < "$work/small.txt"; crlf < "$work/words.txt"; printf '\\\n\x00\x01\x00'; } \
+  > "$seeds/lexsq/suffixed"
+
+head -c 400 "$here/../examples/sample.txt" > "$seeds/text/sample.txt"
+{ head -c 200 "$here/../examples/sample.txt"; printf '\\\n\x00\x01\x02\x03\x04\x05\x06\x07\x00\x00\x00\x00\x00'; } \
+  > "$seeds/block/sample"
+printf '\x00\x00\x04\x00\x07\x00\x0c\x00\x0d\x00\x0e' > "$seeds/api/open-add-check"
+du -sh "$seeds"
