@@ -17,9 +17,9 @@ namespace {
 
 char debugFileName[kPathBufSize];  // empty: logging is off
 
-void writeLine(const char *file, int line, const char *format, va_list args) {
-    if (debugFileName[0] == '\0') return;
-    FILE *f = std::fopen(debugFileName, "a");
+void writeLine(const char *logFile, const char *file, int line, const char *format, va_list args) {
+    if (logFile[0] == '\0') return;
+    FILE *f = std::fopen(logFile, "a");
     if (f == nullptr) return;
     PlatTime t;
     platLocalTime(&t);
@@ -45,15 +45,19 @@ void logDateLine(const char *what) {
 void engineLog(const char *format, ...) {
     va_list args;
     va_start(args, format);
-    writeLine(nullptr, 0, format, args);
+    writeLine(debugFileName, nullptr, 0, format, args);
     va_end(args);
 }
 
 void logCorruptAt(const char *file, int line, const char *format, ...) {
     va_list args;
     va_start(args, format);
-    writeLine(file, line, format, args);
+    writeLine(debugFileName, file, line, format, args);
     va_end(args);
+}
+
+void appendLogLine(const char *logFile, const char *format, va_list args) {
+    if (logFile != nullptr) writeLine(logFile, nullptr, 0, format, args);
 }
 
 bool engineLogOn() { return debugFileName[0] != '\0'; }

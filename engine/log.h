@@ -4,6 +4,8 @@
 // visibly. A leaf module: every layer may log.
 #pragma once
 
+#include <cstdarg>
+
 #if defined(__GNUC__)
 #define ORTH_PRINTF(f, a) __attribute__((format(printf, f, a)))
 #else
@@ -21,6 +23,10 @@ void engineLog(const char *format, ...) ORTH_PRINTF(1, 2);
 #define logCorrupt(...) logCorruptAt(nullptr, 0, __VA_ARGS__)
 #endif
 void logCorruptAt(const char *file, int line, const char *format, ...) ORTH_PRINTF(3, 4);
+
+// Appends one line in the same format to another log file (the client
+// layer's own debug file); nothing when the name is empty.
+void appendLogLine(const char *logFile, const char *format, va_list args);
 
 // Whether a debug file is set (lets callers skip building costly messages).
 bool engineLogOn();

@@ -63,6 +63,68 @@ int platReplace(const char *from, const char *to);
 // read in pieces; the position is left at the end. False on a read error.
 bool platFileSum(int32_t handle, uint64_t *sum, uint32_t *size);
 
+// The host-integration layer's view of the system. Each call below maps one
+// to one onto a Windows call (named in its comment); platform/posix/ realises
+// the profile files and the registry as text files, see inifile.h there.
+
+// Profile (INI) files: keys in [sections], section and key names matched
+// without regard to ASCII case. A bare file name (no '/' or '\\') lives in the
+// configuration folder. GetPrivateProfileStringA: copies the value (blanks
+// around it and one pair of enclosing quotes removed), or the default when it
+// cannot be read, cut to size - 1 characters and a zero; returns the count.
+uint32_t platGetPrivateProfileString(const char *section, const char *key, const char *defaultText,
+                                     char *out, uint32_t size, const char *file);
+// WritePrivateProfileStringA: sets key=value in the section, keeping every
+// other line of the file byte for byte; the file is replaced through a
+// temporary file in its own folder and a rename. false when nothing was
+// written (the file is then as it was).
+bool platWritePrivateProfileString(const char *section, const char *key, const char *value,
+                                   const char *file);
+// GetProfileStringA: the system profile, WIN.INI, as platGetPrivateProfileString.
+uint32_t platGetProfileString(const char *section, const char *key, const char *defaultText,
+                              char *out, uint32_t size);
+
+// The registry: keys named by backslash paths under two roots, holding typed
+// values. Results are Windows error numbers: 0 success, else one of these.
+typedef void *PlatRegKey;
+enum PlatRegRoot { kPlatRegCurrentUser, kPlatRegLocalMachine };  // HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE
+constexpr uint32_t kPlatRegSz = 1;          // REG_SZ: text and its zero byte
+constexpr uint32_t kPlatRegDword = 4;       // REG_DWORD: 4 bytes, unsigned
+constexpr uint32_t kPlatRegRead = 0x20019;  // KEY_READ
+constexpr uint32_t kPlatRegAllAccess = 0xF003F;  // KEY_ALL_ACCESS
+constexpr int32_t kPlatRegNotFound = 2;     // ERROR_FILE_NOT_FOUND: no such key or value
+constexpr int32_t kPlatRegAccessDenied = 5; // ERROR_ACCESS_DENIED
+constexpr int32_t kPlatRegWriteFault = 29;  // ERROR_WRITE_FAULT: the store could not be written
+constexpr int32_t kPlatRegBadParam = 87;    // ERROR_INVALID_PARAMETER
+constexpr int32_t kPlatRegMoreData = 234;   // ERROR_MORE_DATA: the value is larger than the buffer
+constexpr int32_t kPlatRegBadFile = 1009;   // ERROR_BADDB: the stored value is damaged
+// RegOpenKeyExA: an existing key.
+int32_t platRegOpenKey(PlatRegRoot root, const char *path, uint32_t access, PlatRegKey *key);
+// RegCreateKeyExA (empty class, no options, all access): creates the key if needed.
+int32_t platRegCreateKey(PlatRegRoot root, const char *path, PlatRegKey *key);
+// RegQueryValueExA: type and data of a value. *size holds the capacity and
+// receives the value's size; a value larger than the capacity gives
+// kPlatRegMoreData and copies nothing. type, data (and then size) may be null.
+int32_t platRegQueryValue(PlatRegKey key, const char *name, uint32_t *type, void *data, uint32_t *size);
+// RegSetValueExA: writes a kPlatRegSz or kPlatRegDword value.
+int32_t platRegSetValue(PlatRegKey key, const char *name, uint32_t type, const void *data, uint32_t size);
+// RegCloseKey.
+void platRegCloseKey(PlatRegKey key);
+
+// GetVersion: major version in the low byte, minor in the next, the top bit
+// set on the non-NT family.
+uint32_t platVersion();
+// GetModuleFileNameA for the library's own module: the full path of the
+// loaded library, or of the program it is linked into. Returns the length
+// copied (cut to size - 1), 0 when unknown.
+uint32_t platModuleFileName(char *out, uint32_t size);
+// GetCurrentProcessId.
+uint32_t platProcessId();
+// The folder of the system profile, of bare profile names and of the user's
+// registry (on POSIX $XDG_CONFIG_HOME/orth, else $HOME/.config/orth). false
+// when it cannot be named or does not fit.
+bool platConfigFolder(char *out, uint32_t size);
+
 #ifdef ORTH_FAULT_SEAMS
 // Let the next n writes succeed, then fail every write (short write of 0)
 // until platClearFaults. n = 0 fails the very next write.

@@ -3,9 +3,14 @@
 #include "platform/faults.h"
 
 #include <cctype>
+#include <climits>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <ctime>
+#include <dlfcn.h>
 #include <fcntl.h>
+#include <link.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -103,4 +108,61 @@ bool platIsCharAlpha(unsigned char c) {
     default:
         return false;
     }
+}
+
+// The version word selects the settings back end (settings.h): a non-NT
+// 3.10 selects the INI file; ORTH_SETTINGS=registry reports NT 10.0, which
+// selects the registry.
+uint32_t platVersion() {
+    const char *choice = std::getenv("ORTH_SETTINGS");
+    if (choice != nullptr && std::strcmp(choice, "registry") == 0) return 0x0000000Au;
+    return 0x80000A03u;
+}
+
+// The object that holds this code: a shared library has its own name in the
+// link map; the main program's entry is empty, and /proc names it.
+uint32_t platModuleFileName(char *out, uint32_t size) {
+    if (out == nullptr || size == 0) return 0;
+    char path[PATH_MAX];
+    const char *name = nullptr;
+    Dl_info info;
+    struct link_map *map = nullptr;
+    if (dladdr1(reinterpret_cast<void *>(&platModuleFileName), &info, reinterpret_cast<void **>(&map),
+                RTLD_DL_LINKMAP) != 0 &&
+        map != nullptr && map->l_name != nullptr && map->l_name[0] != '\0') {
+        name = realpath(map->l_name, path) != nullptr ? path : map->l_name;
+    } else {
+        ssize_t n = readlink("/proc/self/exe", path, sizeof path - 1);
+        if (n > 0) {
+            path[n] = '\0';
+            name = path;
+        }
+    }
+    if (name == nullptr) {
+        out[0] = '\0';
+        return 0;
+    }
+    size_t len = std::strlen(name);
+    if (len > size - 1) len = size - 1;
+    std::memcpy(out, name, len);
+    out[len] = '\0';
+    return static_cast<uint32_t>(len);
+}
+
+uint32_t platProcessId() { return static_cast<uint32_t>(getpid()); }
+
+// $XDG_CONFIG_HOME/orth when that is an absolute path, else $HOME/.config/orth.
+bool platConfigFolder(char *out, uint32_t size) {
+    if (out == nullptr || size == 0) return false;
+    const char *xdg = std::getenv("XDG_CONFIG_HOME");
+    const char *home = std::getenv("HOME");
+    int n;
+    if (xdg != nullptr && xdg[0] == '/') n = std::snprintf(out, size, "%s/orth", xdg);
+    else if (home != nullptr && home[0] != '\0') n = std::snprintf(out, size, "%s/.config/orth", home);
+    else n = -1;
+    if (n < 0 || static_cast<uint32_t>(n) >= size) {
+        out[0] = '\0';
+        return false;
+    }
+    return true;
 }
