@@ -3,6 +3,7 @@
 # compressed lexicons from the orth command's compressor, text lexicons from
 # its lex command, and inputs laid out the way each target reads them (a
 # string ends at a backslash that is not doubled; numbers come from the end).
+# The compressed lexicons carry their creation time, so each run changes them.
 # Usage: fuzz/make-seeds.sh BUILD_DIR   (a build tree holding the orth command)
 set -euo pipefail
 here="$(cd "$(dirname "$0")" && pwd)"
@@ -10,8 +11,9 @@ orth="$1/orth"
 seeds="$here/seeds"
 work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
-rm -rf "$seeds"
-mkdir -p "$seeds"/{clex,tlex,userlist,lexsq,block,api,text}
+# Inputs named regress-* reproduce problems fuzzing found: they stay.
+[ -d "$seeds" ] && find "$seeds" -type f ! -name 'regress-*' -delete
+mkdir -p "$seeds"/{clex,tlex,userlist,lexsq,block,api,text,settings}
 
 crlf() { sed 's/$/\r/'; }
 # Sorted words of three or more letters beginning with "ab" and "he", and a few small ones.
@@ -43,4 +45,10 @@ head -c 400 "$here/../examples/sample.txt" > "$seeds/text/sample.txt"
 { head -c 200 "$here/../examples/sample.txt"; printf '\\\n\x00\x01\x02\x03\x04\x05\x06\x07\x00\x00\x00\x00\x00'; } \
   > "$seeds/block/sample"
 printf '\x00\x00\x04\x00\x07\x00\x0c\x00\x0d\x00\x0e' > "$seeds/api/open-add-check"
+# An INI file, then a user registry file in the store's own format (a
+# backslash of the key path doubled, as the target's string reader wants).
+{ printf '[ORTH]\r\nMainLexPath=/usr/share/orth/en_US\r\nMainLexFiles="MAIN.CLX"\r\n; note\r\n'
+  printf '[ORTH User]\r\nAlwaysSuggest = -1\r\nDebugFile=\r\n\\\n'
+  printf '[Software\\\\Tamarind\\\\ORTH]\nMainLexPath=sz:/usr/share/orth%%0A\nAlwaysSuggest=dword:00000001\n'
+  printf '\\\n\x10\x20\x30\x40'; } > "$seeds/settings/ini-and-registry"
 du -sh "$seeds"

@@ -7,7 +7,7 @@
 #
 # Usage: fuzz/run.sh BUILD_DIR [SECONDS_PER_TARGET] [TARGET...]
 #   BUILD_DIR  a tree configured with -DORTH_FUZZ=ON -DORTH_SANITIZE=ON (clang)
-#   targets    clex tlex userlist lexsq block api text (default: all)
+#   targets    clex tlex userlist lexsq block api text settings (default: all)
 # Environment: ORTH_FUZZ_CORPUS=DIR keeps each target's grown corpus in
 # DIR/<target> across runs (default: a temporary folder, dropped);
 # ORTH_FUZZ_OUT=DIR is where failing inputs go (default: BUILD_DIR/fuzz-out).
@@ -17,7 +17,7 @@ build="${1:?usage: fuzz/run.sh BUILD_DIR [SECONDS] [TARGET...]}"
 seconds="${2:-30}"
 shift $(( $# >= 2 ? 2 : 1 ))
 targets=("$@")
-[ ${#targets[@]} -eq 0 ] && targets=(clex tlex userlist lexsq block api text)
+[ ${#targets[@]} -eq 0 ] && targets=(clex tlex userlist lexsq block api text settings)
 out="${ORTH_FUZZ_OUT:-$build/fuzz-out}"
 mkdir -p "$out"
 scratch="$(mktemp -d)"
