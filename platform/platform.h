@@ -1,6 +1,7 @@
 // platform/platform.h — the operating-system layer. Everything the engine asks
 // of the OS goes through here: files by handle, file times, delete and rename,
-// the local clock, the user-language letter test and the path separator.
+// the local clock, the user-language letter test and the path separator,
+// and the locks that let writers in several processes share a file name.
 // platform/posix/ implements it over POSIX calls, platform/win32/ over Win32.
 //
 // Test builds (ORTH_FAULT_SEAMS) can make writes fail, so that tests walk a

@@ -1,21 +1,16 @@
 // tests/limits/limits_test.cpp — the engine at and past its limits: each
 // limit works or is refused with a clear code, and nothing a call refuses
 // is lost or corrupts a file.
-// Groups: LimitWords (words of 63, 64, 255 and 10,000 bytes through every
-// call that takes a word), LimitPaths (paths of 259 and 260 characters),
-// LimitSizes (slow: a text lexicon of 100,000 entries, a user word list of
-// 70,000 words, a 100 MB text block).
-#include <gtest/gtest.h>
-
-#include <chrono>
+// Groups: LimitWords and LimitDict (words of 63, 64, 255 and 10,000 bytes
+// through every call that takes a word), LimitPaths (paths of 259 and 260
+// characters). The largest sizes are in sizes_slow.cpp.
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <string>
 #include <vector>
 
-#include "orth.h"
-#include "support/test_util.h"
-#include "tmspl32.h"
+#include "dict/dict_fixture.h"
 
 namespace {
 
@@ -122,18 +117,9 @@ TEST_F(LimitWords, BlocksCarryLongWordsAndRefuseReplacementsWithoutRoom) {
 
 // Dict keeps 255 bytes of a checked word and the engine 63 of an added one;
 // the list file then holds the 63-byte words, whole.
-TEST_F(LimitWords, DictChecksAddsAndSavesLongWordsAs63Bytes) {
-    std::string list = dir.file("words.txt"), main = dir.file("MAIN.CLX");
-    writeFile(list, "alpha\r\nbeta\r\ngamma\r\n");
-    uint32_t line = 0;
-    ASSERT_EQ(ORTH_CompressLexInit(session, main.c_str(), nullptr, 1033, 0, &line) +
-                  ORTH_CompressLexFile(session, list.c_str(), &line) + ORTH_CompressLexEnd(session), 0);
-    writeFile(dir.file("MAIN.TLX"), "#LID 1033 1 0\r\n");
-    unsigned char record[512] = {};
-    std::strcpy(reinterpret_cast<char *>(record + DICT_PARAMS_MAIN_LEX_NAME), "MAIN.CLX");
-    std::strcpy(reinterpret_cast<char *>(record + DICT_PARAMS_USER_LIST), "USER.DIC");
-    std::string folder = dir.path() + "/";
-    DictHandle *h = DictOpen(folder.c_str(), record, 0);
+using LimitDict = DictFolder;
+TEST_F(LimitDict, DictChecksAddsAndSavesLongWordsAs63Bytes) {
+    DictHandle *h = open();
     ASSERT_NE(h, nullptr);
     for (size_t n : kLengths) {
         std::string w = wordOf(n);

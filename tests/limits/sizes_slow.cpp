@@ -2,18 +2,14 @@
 // (in the release tree only): a text lexicon of 100,000 entries, a user
 // word list of 70,000 words, a 100 MB text block. Timings are printed for
 // the record, never checked.
-// Groups: LimitSizes.
-#include <gtest/gtest.h>
-
+// Groups: LimitSizes, LimitDictSizes.
 #include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
 
-#include "orth.h"
-#include "support/test_util.h"
-#include "tmspl32.h"
+#include "dict/dict_fixture.h"
 
 namespace {
 
@@ -72,20 +68,9 @@ TEST_F(LimitSizes, TextLexiconOf100000EntriesTakesChangesAndReadsBackWhole) {
 
 // The list file counts its words in 16 bits: a list of 70,000 words is saved
 // with its first 65,535 in byte order, whole, and reads back as those.
-TEST_F(LimitSizes, UserListOf70000WordsKeepsItsFirst65535Whole) {
-    std::string words = dir.file("words.txt"), main = dir.file("MAIN.CLX");
-    writeFile(words, "alpha\r\n");
-    int16_t session = ORTH_OpenSession();
-    uint32_t line = 0;
-    ASSERT_EQ(ORTH_CompressLexInit(session, main.c_str(), nullptr, 1033, 0, &line) +
-                  ORTH_CompressLexFile(session, words.c_str(), &line) + ORTH_CompressLexEnd(session), 0);
-    ORTH_CloseSession(session);
-    writeFile(dir.file("MAIN.TLX"), "#LID 1033 1 0\r\n");
-    unsigned char record[512] = {};
-    std::strcpy(reinterpret_cast<char *>(record + DICT_PARAMS_MAIN_LEX_NAME), "MAIN.CLX");
-    std::strcpy(reinterpret_cast<char *>(record + DICT_PARAMS_USER_LIST), "USER.DIC");
-    std::string folder = dir.path() + "/";
-    DictHandle *h = DictOpen(folder.c_str(), record, 0);
+using LimitDictSizes = DictFolder;
+TEST_F(LimitDictSizes, UserListOf70000WordsKeepsItsFirst65535Whole) {
+    DictHandle *h = open();
     ASSERT_NE(h, nullptr);
     for (int i = 0; i < 70000; ++i) DictAddWord(h, numbered("u", i).c_str());
     auto start = Clock::now();
@@ -95,8 +80,7 @@ TEST_F(LimitSizes, UserListOf70000WordsKeepsItsFirst65535Whole) {
     ASSERT_EQ(bytes.size(), 2 + 65535 * 9u);
     EXPECT_EQ(bytes.substr(0, 2), "\xFF\xFF");
     EXPECT_EQ(bytes.substr(bytes.size() - 9), "\x08" + numbered("u", 65534));
-    h = DictOpen(folder.c_str(), record, 0);
-    ASSERT_NE(h, nullptr);
+    ASSERT_NE(h = open(), nullptr);
     EXPECT_EQ(DictCheckWord(h, numbered("u", 65534).c_str()), 0);
     EXPECT_EQ(DictCheckWord(h, numbered("u", 65535).c_str()), 1);
     DictClose(h);
