@@ -152,18 +152,18 @@ TEST_F(TextWriters, ChangeWaitsForTheOwnerOfTheTemporaryFile) {
             return 0;
         });
     };
-    auto waitHeld = [&] {
-        while (!fileExists(held)) usleep(1000);
-        std::remove(held.c_str());
+    auto waitHeld = [&] {  // false when the owner never took the file
+        for (int ms = 0; ms < 20000 && !fileExists(held); ++ms) usleep(1000);
+        return std::remove(held.c_str()) == 0;
     };
     pid_t owner = holdFor(300);
-    waitHeld();
+    ASSERT_TRUE(waitHeld());
     EXPECT_EQ(TLex_Add(&lex, "late", nullptr), 0);
     EXPECT_EQ(waitChild(owner), 0);
     EXPECT_EQ(readFile(path), "#LID 1033 1 1\r\nlate\r\n");
 
     owner = holdFor(2000);
-    waitHeld();
+    ASSERT_TRUE(waitHeld());
     platCapOwnedWait(100);
     EXPECT_EQ(TLex_Add(&lex, "never", nullptr), ORTH_FILE_OPEN_ERR);
     EXPECT_TRUE(log.contains("saveLexFile: error opening " + temp + ": another writer holds it"));
