@@ -1,4 +1,5 @@
-// dict/dict.cpp — the exported Dict functions, built only on the ORTH_ API.
+// dict/dict.cpp — the exported Dict functions, built on the ORTH_ API and one
+// hook of the engine's session table (invariant 6).
 //
 // Design notes (the handle)
 // (1) A handle owns one session from DictOpen to DictClose. In that session
