@@ -11,12 +11,26 @@
 
 #include <stdint.h>
 
+/* Linkage and calling convention of the five functions. DICT_API marks what
+ * the shared library exports (on Windows a .def file names the exports, so it
+ * is empty there and a host may define it as __declspec(dllimport));
+ * DICT_CALL is WINAPI (__stdcall) on Windows, as 32-bit hosts expect, and
+ * empty elsewhere. */
+#ifndef DICT_API
+#if defined(_WIN32)
+#define DICT_API
+#elif defined(__GNUC__)
+#define DICT_API __attribute__((visibility("default")))
+#else
+#define DICT_API
+#endif
+#endif
+#ifndef DICT_CALL
 #ifdef _WIN32
-#define DICT_API __declspec(dllexport)
 #define DICT_CALL __stdcall
 #else
-#define DICT_API __attribute__((visibility("default")))
 #define DICT_CALL
+#endif
 #endif
 
 /* The functions never throw; C++ callers see that in the type. */

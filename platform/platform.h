@@ -1,7 +1,8 @@
 // platform/platform.h — the operating-system layer. Everything the engine asks
 // of the OS goes through here: files by handle, file times, delete and rename,
-// the local clock, the user-language letter test and the path separator,
-// and the locks that let writers in several processes share a file name.
+// the local clock, the user-language letter test, the path separator, the
+// library's own module and file name, and the locks that let writers in
+// several processes share a file name.
 // platform/posix/ implements it over POSIX calls, platform/win32/ over Win32.
 //
 // Test builds (ORTH_FAULT_SEAMS) can make writes fail, so that tests walk a
@@ -20,7 +21,7 @@ void platClose(int32_t handle);
 int32_t platFileTime(const char *path);                 // modification time, 0 when unknown
 bool platFileExists(const char *path);
 int platRemove(const char *path);                       // 0 on success
-int platRename(const char *from, const char *to);       // 0 on success
+int platRename(const char *from, const char *to);       // 0 on success; replaces an existing target
 
 // The native path separator, used where the engine joins a folder and a name.
 char platPathSeparator();
@@ -63,6 +64,12 @@ int platReplace(const char *from, const char *to);
 // The size and a 64-bit checksum of an open file's bytes from its start,
 // read in pieces; the position is left at the end. False on a read error.
 bool platFileSum(int32_t handle, uint64_t *sum, uint32_t *size);
+
+// The library's own module. A Windows DLL stores its module handle here when
+// it loads (DllMain); a program that links the engine statically stores
+// nothing, and the handle stays null. platModuleFileName (below) names it.
+void platSetModuleHandle(void *module);
+void *platModuleHandle();
 
 // The host-integration layer's view of the system. Each call below maps one
 // to one onto a Windows call (named in its comment); platform/posix/ realises

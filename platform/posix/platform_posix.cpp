@@ -14,6 +14,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace {
+void *moduleHandle = nullptr;  // stored for the interface's sake; POSIX has no use for it
+}  // namespace
 
 int32_t platOpenRead(const char *path) {
     if (path == nullptr) return -1;
@@ -75,8 +78,10 @@ bool platFileExists(const char *path) {
     return path != nullptr && stat(path, &st) == 0;
 }
 
-int platRemove(const char *path) { return std::remove(path); }
-int platRename(const char *from, const char *to) { return std::rename(from, to); }
+int platRemove(const char *path) { return path != nullptr ? std::remove(path) : -1; }
+int platRename(const char *from, const char *to) {
+    return from != nullptr && to != nullptr ? std::rename(from, to) : -1;
+}
 
 char platPathSeparator() { return '/'; }
 
@@ -109,6 +114,10 @@ bool platIsCharAlpha(unsigned char c) {
         return false;
     }
 }
+
+void platSetModuleHandle(void *module) { moduleHandle = module; }
+
+void *platModuleHandle() { return moduleHandle; }
 
 // The version word selects the settings back end (settings.h): a non-NT
 // 3.10 selects the INI file; ORTH_SETTINGS=registry reports NT 10.0, which

@@ -15,7 +15,7 @@
 TEST(DiagnosticLog, FileFormatSwitchingFilesUnwritableFilesAndLongNames) {
     closeAllSessions();
     TempDir dir;
-    auto holds = [](std::string file, std::string re) { return std::regex_match(readFile(file), std::regex(re)); };
+    auto holds = [](std::string file, std::string re) { return std::regex_match(readTextFile(file), std::regex(re)); };
     const std::string first = dir.file("first.log"), second = dir.file("second.log"), t = R"(\d\d:\d\d:\d\d )",
                       date = R"( at [A-Z][a-z]{2} [A-Z][a-z]{2} \d\d \d\d:\d\d:\d\d \d{4}\n\n)",  // and an empty line
                       started = t + "Debugging started" + date, stop = t + "Debugging stopped" + date;

@@ -238,7 +238,7 @@ TEST_F(TextFaults, FailedRenameKeepsTheEntriesInTheTemporaryFile) {
     // A non-empty folder in the file's place can be neither removed nor replaced.
     fs::remove(path);
     fs::create_directories(path + "/inside");
-    fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(1));
+    ASSERT_TRUE(setModifiedTime(path, -3600));
     EXPECT_EQ(TLex_Add(&lex, "gamma", nullptr), ORTH_FILE_WRITE_ERR);
     EXPECT_TRUE(log.contains("saveLexFile: rename error; entries kept in " + temp));
     EXPECT_EQ(readFile(temp), "#LID 1033 1 3\r\nalpha\r\nbeta\r\ngamma\r\n");

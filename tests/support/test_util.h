@@ -15,15 +15,22 @@ public:
     TempDir(const TempDir &) = delete;
     TempDir &operator=(const TempDir &) = delete;
     const std::string &path() const { return path_; }
-    std::string file(const std::string &name) const { return path_ + "/" + name; }
+    // A path in the folder, joined with the platform's separator, which also
+    // replaces every '/' in name on Windows: paths the engine builds itself
+    // use that separator, so the two compare equal.
+    std::string file(const std::string &name) const;
 
 private:
     std::string path_;
 };
 
 std::string readFile(const std::string &path);            // "" when missing
+std::string readTextFile(const std::string &path);        // in text mode: CR LF is LF on Windows
 void writeFile(const std::string &path, const std::string &bytes);
 bool fileExists(const std::string &path);
+// Moves a file's or folder's modification time by the given seconds from
+// now (Windows cannot set a folder's time through the C runtime).
+bool setModifiedTime(const std::string &path, long long secondsFromNow);
 
 // Turns the engine log on into a file of its own; lines() returns the
 // messages without their "hh:mm:ss " prefix. Logging goes off at the end.

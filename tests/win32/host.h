@@ -1,0 +1,99 @@
+// tests/win32/host.h — what the host test programs share. They link no
+// engine code: like a Windows host, they load TMSPL32.DLL and ORTH32.DLL
+// from their own folder with LoadLibraryA and look each function up by its
+// plain name, typed by the public header's declaration (so with the header's
+// calling convention).
+#pragma once
+
+#include <windows.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+// The folder of the running program, ending in a backslash.
+inline std::string programFolder() {
+    char path[MAX_PATH];
+    DWORD n = GetModuleFileNameA(nullptr, path, MAX_PATH);
+    std::string s(path, n);
+    return s.substr(0, s.find_last_of("\\/") + 1);
+}
+
+// A DLL loaded by name; fn<F>(name) is its export of that name, or null.
+class Dll {
+public:
+    explicit Dll(const char *name) : module_(LoadLibraryA(name)) {}
+    ~Dll() {
+        if (module_ != nullptr) FreeLibrary(module_);
+    }
+    Dll(const Dll &) = delete;
+    Dll &operator=(const Dll &) = delete;
+    HMODULE module() const { return module_; }
+    template <typename F>
+    F fn(const char *name) const {
+        FARPROC proc = module_ != nullptr ? GetProcAddress(module_, name) : nullptr;
+        return reinterpret_cast<F>(reinterpret_cast<void (*)()>(proc));
+    }
+
+private:
+    HMODULE module_;
+};
+
+// A fresh folder under the user's temporary folder, ending in a backslash,
+// removed with its contents at the end; path() is empty if none could be made.
+class WorkFolder {
+public:
+    WorkFolder() {
+        std::filesystem::path base = std::filesystem::temp_directory_path();
+        unsigned first = GetCurrentProcessId() * 1000u;
+        for (unsigned n = first; n < first + 1000u; ++n) {
+            std::filesystem::path p = base / ("orth-host-" + std::to_string(n));
+            std::error_code ec;
+            if (std::filesystem::create_directory(p, ec)) {
+                path_ = p.string() + "\\";
+                break;
+            }
+        }
+    }
+    ~WorkFolder() {
+        std::error_code ec;
+        std::filesystem::remove_all(path_, ec);
+    }
+    WorkFolder(const WorkFolder &) = delete;
+    WorkFolder &operator=(const WorkFolder &) = delete;
+    const std::string &path() const { return path_; }
+    std::string file(const std::string &name) const { return path_ + name; }
+
+private:
+    std::string path_;
+};
+
+inline std::string fileBytes(const std::string &path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream out;
+    out << in.rdbuf();
+    return out.str();
+}
+
+inline void writeBytes(const std::string &path, const std::string &bytes) {
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
+}
+
+// The built-in American English dictionary beside the program.
+inline std::string dictionaryFolder() { return programFolder() + "share\\orth\\en_US\\"; }
+
+// A version-resource string of a DLL ("FileVersion", ...), or "".
+inline std::string versionString(const std::string &dll, const char *key) {
+    DWORD ignored = 0;
+    DWORD size = GetFileVersionInfoSizeA(dll.c_str(), &ignored);
+    if (size == 0) return "";
+    std::string data(size, '\0');
+    if (!GetFileVersionInfoA(dll.c_str(), 0, size, &data[0])) return "";
+    char *value = nullptr;
+    UINT len = 0;
+    std::string query = std::string("\\StringFileInfo\\040904E4\\") + key;
+    if (!VerQueryValueA(&data[0], query.c_str(), reinterpret_cast<void **>(&value), &len) || len == 0)
+        return "";
+    return std::string(value);
+}

@@ -1,0 +1,28 @@
+#!/bin/sh
+# tests/win32/wine-prefix.sh PREFIX ARCH — makes a fresh wine prefix for the
+# tests (ARCH win32, or win64 where only 64-bit wine can be had), with the
+# crash dialog off, and waits for its wineserver to end.
+set -eu
+prefix=$1 arch=$2
+case "$prefix" in
+*/wineprefix) ;;
+*) echo "wine-prefix: refusing to remake $prefix (not a .../wineprefix folder)" >&2; exit 1 ;;
+esac
+. "$(dirname "$0")/wine-env.sh"
+if [ -d "$prefix" ]; then
+    timeout 30 wineserver -k 2>/dev/null || true
+    rm -rf "$prefix"
+fi
+mkdir -p "$prefix/home"
+timeout 150 wine wineboot --init >"$prefix/wineboot.log" 2>&1 || {
+    cat "$prefix/wineboot.log"; echo "wine-prefix: wineboot failed" >&2; exit 1; }
+cat >"$prefix/orth-tests.reg" <<'REG'
+REGEDIT4
+
+[HKEY_CURRENT_USER\Software\Wine\WineDbg]
+"ShowCrashDialog"=dword:00000000
+REG
+timeout 60 wine regedit /S "$prefix/orth-tests.reg"
+timeout 60 wineserver -w
+test -f "$prefix/system.reg" || { echo "wine-prefix: no registry in $prefix" >&2; exit 1; }
+echo "wine-prefix: $prefix ready ($arch)"
