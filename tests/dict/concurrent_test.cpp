@@ -8,7 +8,9 @@
 
 #include "dict/dict_fixture.h"
 #include "dict/dict_int.h"
+#ifndef _WIN32
 #include "lex/procs.h"
+#endif
 
 namespace {
 
@@ -16,6 +18,7 @@ using DictOrphans = DictFolder;
 using DictClosers = DictFolder;
 using Words = std::set<std::string>;
 
+#ifndef _WIN32  // the tests of several processes fork
 // The words of a user word list file, or why it is not a whole one: a count,
 // exactly that many records and nothing after them, ascending.
 bool parseList(const std::string &bytes, Words *words, std::string *why) {
@@ -34,6 +37,7 @@ bool parseList(const std::string &bytes, Words *words, std::string *why) {
     if (at != bytes.size()) return *why = "trailing bytes", false;
     return true;
 }
+#endif
 
 TEST_F(DictOrphans, HandleWhoseSessionTheHostClosedIsRefusedAndReleasedWithoutASave) {
     writeFile(dir.file("USER.DIC"), std::string("\x01\x00\x04" "kept", 7));
@@ -61,6 +65,7 @@ TEST_F(DictOrphans, HandleWhoseSessionTheHostClosedIsRefusedAndReleasedWithoutAS
     EXPECT_EQ(ORTH_CloseSession(hostSession), 0);
 }
 
+#ifndef _WIN32
 // The whole-list rewrite decides what survives concurrent closes: every
 // state of the file is a whole list, and at the end it is the list of the
 // handle that closed last, holding that handle's own last word.
@@ -105,5 +110,6 @@ TEST_F(DictClosers, ListStaysWholeAndEndsAsTheLastClosersList) {
     EXPECT_TRUE(someLastWord);
     EXPECT_FALSE(fileExists(list + ".tmp"));
 }
+#endif
 
 }  // namespace

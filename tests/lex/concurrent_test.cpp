@@ -11,16 +11,20 @@
 #include <string>
 #include <vector>
 
-#include "lex/procs.h"
 #include "lex/tlex.h"
 #include "orth.h"
 #include "platform/platform.h"
 #include "support/test_util.h"
 
+#ifndef _WIN32
+#include "lex/procs.h"
+#endif
+
 namespace {
 
 using Words = std::set<std::string>;
 
+#ifndef _WIN32  // the tests of several processes fork
 // Why bytes are not a whole type 1 lexicon of language 1033 with a sentinel
 // whose count matches its sorted entries, each a word of known; "" when they are.
 std::string badLexFile(const std::string &bytes, const Words &known) {
@@ -40,6 +44,8 @@ std::string badLexFile(const std::string &bytes, const Words &known) {
     }
     return "";
 }
+
+#endif
 
 Words entriesOf(const std::string &bytes) {
     Words out;
@@ -63,6 +69,7 @@ protected:
         for (int i = 0; i < n; ++i) out.push_back("w" + std::to_string(w) + "x" + std::to_string(i));
         return out;
     }
+#ifndef _WIN32
     // Adds words through the engine API and records in done the ones whose
     // add returned 0; the exit code counts the others.
     int addWords(const std::vector<std::string> &words, const std::string &done) {
@@ -78,10 +85,12 @@ protected:
         writeFile(done, saved);
         return failed;
     }
+#endif
     TempDir dir;
     std::string path = dir.file("shared.tlx"), temp = dir.file("AAAAORTH.TMP");
 };
 
+#ifndef _WIN32
 TEST_F(TextWriters, SeveralProcessesLoseNoWordWhileAReaderSeesWholeFiles) {
     constexpr int kWriters = 4, kWords = 40;
     Words known;
@@ -122,6 +131,7 @@ TEST_F(TextWriters, SeveralProcessesLoseNoWordWhileAReaderSeesWholeFiles) {
     EXPECT_TRUE(std::includes(onDisk.begin(), onDisk.end(), saved.begin(), saved.end()));
     EXPECT_FALSE(fileExists(temp));
 }
+#endif
 
 TEST_F(TextWriters, StaleTemporaryFileOfAKilledWriterIsTakenOver) {
     writeFile(temp, "#LID 1033 1 9\r\nhalf a writ");
@@ -133,6 +143,7 @@ TEST_F(TextWriters, StaleTemporaryFileOfAKilledWriterIsTakenOver) {
     TLex_Close(&lex);
 }
 
+#ifndef _WIN32
 // Another process owns the temporary file: a change waits for it, and one
 // that waits longer than allowed is kept in memory and refused as a failed
 // save, with the file as it was.
@@ -172,6 +183,7 @@ TEST_F(TextWriters, ChangeWaitsForTheOwnerOfTheTemporaryFile) {
     EXPECT_EQ(waitChild(owner), 0);
     TLex_Close(&lex);
 }
+#endif
 
 // A change another writer saved within the same second (so with the same
 // whole-second time) is still reloaded before the next change.
