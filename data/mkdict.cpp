@@ -1,9 +1,12 @@
 // data/mkdict.cpp — build-time tool: compresses sorted word files into a
 // .CLX with the engine's own compressor, and optionally writes the
-// companion text lexicon holding only its language sentinel.
+// companion text lexicon holding only its language sentinel. Its second
+// form writes a built .CLX's commonness file (.FRQ beside it) from a
+// frequency list.
 //
 // Usage: orth_mkdict <output.clx> <language id> <suffix file or -> <word file>...
 //                    [--tlx <path>]
+//        orth_mkdict --commonness <lexicon.clx> <frequency list>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -14,8 +17,23 @@ namespace {
 
 int usage() {
     std::fprintf(stderr,
-                 "usage: orth_mkdict <output.clx> <language> <suffixes|-> <words>... [--tlx <path>]\n");
+                 "usage: orth_mkdict <output.clx> <language> <suffixes|-> <words>... [--tlx <path>]\n"
+                 "       orth_mkdict --commonness <lexicon.clx> <frequency list>\n");
     return 2;
+}
+
+int makeCommonness(const char *lexicon, const char *list) {
+    int16_t sid = ORTH_OpenSession();
+    if (sid < 0) return 1;
+    uint32_t line = 0;
+    int16_t rc = ORTH_CompressLexFreq(sid, lexicon, list, &line);
+    ORTH_CloseSession(sid);
+    if (rc < 0) {
+        std::fprintf(stderr, "orth_mkdict: %s:%lu: %s (%d)\n", list, static_cast<unsigned long>(line),
+                     resultCodeName(rc), rc);
+        return 1;
+    }
+    return 0;
 }
 
 // The sentinel line of an empty accept-type text lexicon, CR LF ended.
@@ -29,6 +47,7 @@ bool writeSentinel(const char *path, unsigned language) {
 }  // namespace
 
 int main(int argc, char **argv) {
+    if (argc == 4 && std::strcmp(argv[1], "--commonness") == 0) return makeCommonness(argv[2], argv[3]);
     if (argc < 5) return usage();
     const char *output = argv[1];
     unsigned language = static_cast<unsigned>(std::strtoul(argv[2], nullptr, 10));

@@ -10,6 +10,7 @@
 #include "engine/limits.h"
 #include "lex/clex.h"
 #include "lex/tlex.h"
+#include "lex/wordtrie.h"
 
 struct TextBlock;
 struct CompressState;
@@ -20,6 +21,7 @@ struct LexEntry {
     uint16_t language;
     CLexState clex;      // used when format is compressed
     TLexState tlex;      // used when format is text
+    LexRankIndex *rank;  // owned; the ranked suggester's index, made on first use
 };
 
 struct Session {

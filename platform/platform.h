@@ -72,8 +72,10 @@ void platSetModuleHandle(void *module);
 void *platModuleHandle();
 
 // The host-integration layer's view of the system. Each call below maps one
-// to one onto a Windows call (named in its comment); platform/posix/ realises
-// the profile files and the registry as text files, see inifile.h there.
+// to one onto a Windows call (named in its comment), which platform/win32/
+// makes; platform/posix/ realises the profile files and the registry as text
+// files, see inifile.h there. Both refuse the same profile writes
+// (profilename.h).
 
 // Profile (INI) files: keys in [sections], section and key names matched
 // without regard to ASCII case. A bare file name (no '/' or '\\') lives in the
@@ -112,9 +114,11 @@ int32_t platRegOpenKey(PlatRegRoot root, const char *path, uint32_t access, Plat
 int32_t platRegCreateKey(PlatRegRoot root, const char *path, PlatRegKey *key);
 // RegQueryValueExA: type and data of a value. *size holds the capacity and
 // receives the value's size; a value larger than the capacity gives
-// kPlatRegMoreData and copies nothing. type, data (and then size) may be null.
+// kPlatRegMoreData and leaves nothing usable in data (POSIX copies nothing,
+// Windows leaves it undefined). type, data (and then size) may be null.
 int32_t platRegQueryValue(PlatRegKey key, const char *name, uint32_t *type, void *data, uint32_t *size);
-// RegSetValueExA: writes a kPlatRegSz or kPlatRegDword value.
+// RegSetValueExA: writes a kPlatRegSz or a 4-byte kPlatRegDword value;
+// any other type or size is refused with kPlatRegBadParam.
 int32_t platRegSetValue(PlatRegKey key, const char *name, uint32_t type, const void *data, uint32_t size);
 // RegCloseKey.
 void platRegCloseKey(PlatRegKey key);
@@ -129,9 +133,35 @@ uint32_t platModuleFileName(char *out, uint32_t size);
 // GetCurrentProcessId.
 uint32_t platProcessId();
 // The folder of the system profile, of bare profile names and of the user's
-// registry (on POSIX $XDG_CONFIG_HOME/orth, else $HOME/.config/orth). false
-// when it cannot be named or does not fit.
+// registry (on POSIX $XDG_CONFIG_HOME/orth, else $HOME/.config/orth; on
+// Windows the Windows folder, which holds WIN.INI). false when it cannot be
+// named or does not fit.
 bool platConfigFolder(char *out, uint32_t size);
+
+#ifndef _WIN32
+// The interactive terminal (POSIX builds only): a raw keyboard on standard
+// input, output to standard output. Raw mode keeps the signal keys, so Ctrl-C
+// still interrupts. Once entered, the mode is restored on every way out:
+// platTermLeave, a normal exit, SIGINT, SIGTERM, SIGHUP, SIGQUIT and the crash
+// signals (restored, then the signal is raised again with its default
+// action); a stop (Ctrl-Z) restores it and SIGCONT enters it again.
+bool platTermIsTerminal(int fd);    // 0 standard input, 1 standard output
+// Enters raw mode and writes `enter`; `leave` (at most 63 bytes) is written
+// whenever the mode is restored. 0, or -1 when standard input is no terminal
+// or its mode cannot be set.
+int platTermEnter(const char *enter, const char *leave);
+void platTermLeave();               // restores; harmless when not entered
+void platTermSize(int *columns, int *rows);  // 80 by 24 when unknown
+// One byte of input within timeoutMs (-1: wait), or one of these:
+constexpr int kTermTimeout = -1;
+constexpr int kTermClosed = -2;     // end of input or a read error
+constexpr int kTermInterrupted = -3;  // a signal arrived (resize, continue)
+int platTermRead(int timeoutMs);
+bool platTermWrite(const char *bytes, uint32_t count);
+// Whether the window changed size or the program was continued after a
+// stop since the last call: the screen must be drawn again.
+bool platTermRedrawPending();
+#endif
 
 #ifdef ORTH_FAULT_SEAMS
 // Let the next n writes succeed, then fail every write (short write of 0)

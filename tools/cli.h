@@ -63,14 +63,17 @@ std::string describeResult(int rc);
 
 // Options that every subcommand accepts.
 struct GlobalOptions {
-    std::string dictDir;        // -d; empty: ORTH_DICPATH, then the built-in one
-    std::string personalList;   // -p: a text lexicon of accepted words
+    std::string dictDir;        // -d: a folder or a name (en_GB); empty: ORTH_DICPATH, then en_US
+    std::string personalList;   // -p: a text lexicon of accepted words; empty: the default one
 };
 
 // An open dictionary: a session with the companion MAIN.TLX (when present),
-// the personal list (when given and present) and MAIN.CLX.
+// the personal list (when present) and MAIN.CLX.
 struct DictSession {
     int16_t session = -1;
+    std::string folder;         // the dictionary folder
+    std::string personalPath;   // -p, else the default list (front.h); "" when there is none
+    int16_t personalLex = -1;   // its lexicon id, -1 while the file does not exist
 };
 // Finds and opens the dictionary; on failure prints a message naming the file
 // and the reason and returns false.
@@ -78,6 +81,8 @@ bool openDictionary(const GlobalOptions &opts, DictSession *ds);
 void closeDictionary(DictSession *ds);
 // The dictionary folder that would be used, "" when none is found.
 std::string findDictionaryDir(const GlobalOptions &opts);
+// The folder holding the running program, "" when it cannot be told.
+std::string executableDir();
 
 // Prints "orth: " and the message to standard error.
 void reportError(const char *fmt, ...);
@@ -87,3 +92,15 @@ int runList(const GlobalOptions &opts, const std::vector<std::string> &args);
 int runSuggest(const GlobalOptions &opts, const std::vector<std::string> &args);
 int runCompress(const GlobalOptions &opts, const std::vector<std::string> &args);
 int runLex(const GlobalOptions &opts, const std::vector<std::string> &args);
+
+// The Ispell pipe protocol and the Ispell-style options (tools/cli_pipe.cpp).
+// Whether the arguments ask for it: -a, -l, -v, -vv or -D before any command.
+bool isIspellInvocation(const std::vector<std::string> &args);
+int runIspell(const GlobalOptions &opts, const std::vector<std::string> &args);
+// `orth pipe ARGS`: as `orth -a ARGS`.
+int runPipe(const GlobalOptions &opts, const std::vector<std::string> &args);
+
+// Help (tools/cli_help.cpp): one command's usage, false for an unknown
+// command; and "orth X.Y" on standard output, returning kExitOk.
+bool printCommandHelp(const std::string &command, FILE *out);
+int printVersion();

@@ -1,13 +1,14 @@
 // tools/cli_dict.cpp — finding and opening the dictionary for the orth
 // command, and its error messages.
 //
-// The folder is the first of: -d DIR, the ORTH_DICPATH environment variable,
-// <exe dir>/share/orth/en_US (build tree), <exe dir>/../share/orth/en_US
-// (installed tree). It is opened as the dictionary library does: the
+// The folder is -d DIR (a folder, or a name such as en_GB), else the
+// ORTH_DICPATH search and the built-in dictionaries beside the program
+// (tools/front_dicts.cpp). It is opened as the dictionary library does: the
 // companion MAIN.TLX first, then MAIN.CLX. Unlike the library, a folder
 // without MAIN.TLX is accepted (a folder freshly made with `orth compress`
-// has none); a personal list given with -p sits between the two and is
-// skipped when the file does not exist yet.
+// has none). The personal list (-p FILE, else the user's default list for
+// the dictionary) sits between the two and is skipped while the file does
+// not exist yet.
 #include <cerrno>
 #include <climits>
 #include <cstdarg>
@@ -22,13 +23,26 @@
 
 #include "orth.h"
 #include "tools/cli.h"
+#include "tools/front.h"
 
 namespace {
 
-bool isFile(const std::string &path) {
+// The reason a file could not be opened: the engine says "not found" also
+// for a file it may not read.
+std::string openFailure(const std::string &path, int16_t rc) {
+    std::string reason = describeResult(rc);
     struct stat st;
-    return stat(path.c_str(), &st) == 0 && (st.st_mode & S_IFMT) == S_IFREG;
+    if (stat(path.c_str(), &st) == 0 && (st.st_mode & S_IFMT) == S_IFDIR) return "is a folder";
+    if (rc == ORTH_FILE_NOT_FOUND_ERR) {
+        errno = 0;
+        std::FILE *f = std::fopen(path.c_str(), "rb");
+        if (f != nullptr) std::fclose(f);
+        else if (errno != 0) reason = std::strerror(errno);
+    }
+    return reason;
 }
+
+}  // namespace
 
 std::string executableDir() {
 #ifdef _WIN32
@@ -47,16 +61,6 @@ std::string executableDir() {
     return slash == std::string::npos ? "" : path.substr(0, slash);
 }
 
-// Opens one lexicon; prints the file and the reason on failure.
-bool openLexOrReport(int16_t session, const std::string &path) {
-    int16_t rc = ORTH_OpenLex(session, path.c_str(), 0);
-    if (rc >= 0) return true;
-    reportError("%s: cannot open dictionary: %s", path.c_str(), describeResult(rc).c_str());
-    return false;
-}
-
-}  // namespace
-
 void reportError(const char *fmt, ...) {
     std::fputs("orth: ", stderr);
     va_list ap;
@@ -67,44 +71,40 @@ void reportError(const char *fmt, ...) {
 }
 
 std::string findDictionaryDir(const GlobalOptions &opts) {
-    if (!opts.dictDir.empty()) return opts.dictDir;
-    const char *env = std::getenv("ORTH_DICPATH");
-    if (env != nullptr && *env != '\0') return env;
-    std::string exe = executableDir();
-    if (exe.empty()) return "";
-    for (const char *rel : {"/share/orth/en_US", "/../share/orth/en_US"}) {
-        std::string dir = exe + rel;
-        if (isFile(dir + "/MAIN.CLX")) return dir;
-    }
-    return "";
+    return findDictionary(opts.dictDir, dictRootsFor(executableDir()));
 }
 
 bool openDictionary(const GlobalOptions &opts, DictSession *ds) {
     std::string dir = findDictionaryDir(opts);
     if (dir.empty()) {
-        reportError("no dictionary found: use -d DIR or set ORTH_DICPATH");
+        if (opts.dictDir.empty())
+            reportError("no dictionary found: use -d DIR or set ORTH_DICPATH");
+        else
+            reportError("%s: no such dictionary (not a folder holding MAIN.CLX, nor found in "
+                        "ORTH_DICPATH or the built-in dictionaries)", opts.dictDir.c_str());
         return false;
     }
-    std::string clx = dir + "/MAIN.CLX", tlx = dir + "/MAIN.TLX";
-    if (!isFile(clx)) {
-        reportError("%s: cannot open dictionary: %s", clx.c_str(), std::strerror(errno ? errno : ENOENT));
-        return false;
-    }
-    int16_t session = ORTH_OpenSession();
+    std::string personal = opts.personalList.empty() ? defaultPersonalList(dir) : opts.personalList;
+    std::string failed;
+    int16_t personalLex = -1;
+    int16_t session = openDictionarySession(dir, personal, &personalLex, &failed);
     if (session < 0) {
-        reportError("cannot open a session: %s", describeResult(session).c_str());
+        if (failed.empty())
+            reportError("cannot open a session: %s", describeResult(session).c_str());
+        else
+            reportError("%s: cannot open %s: %s", failed.c_str(),
+                        failed == personal ? "personal word list" : "dictionary", openFailure(failed, session).c_str());
         return false;
     }
     ds->session = session;
-    bool ok = (!isFile(tlx) || openLexOrReport(session, tlx)) &&
-              (opts.personalList.empty() || !isFile(opts.personalList) ||
-               openLexOrReport(session, opts.personalList)) &&
-              openLexOrReport(session, clx);
-    if (!ok) closeDictionary(ds);
-    return ok;
+    ds->folder = dir;
+    ds->personalPath = personal;
+    ds->personalLex = personalLex;
+    return true;
 }
 
 void closeDictionary(DictSession *ds) {
     if (ds->session >= 0) ORTH_CloseSession(ds->session);
     ds->session = -1;
+    ds->personalLex = -1;
 }

@@ -8,6 +8,7 @@
 
 #include "orth.h"
 #include "tools/cli.h"
+#include "tools/front.h"
 
 namespace {
 
@@ -19,6 +20,7 @@ struct ListOptions {
 struct ListCounts {
     long reported = 0;
     bool engineFailed = false;
+    CapsMemo caps;  // all-capitals words already judged by the front-end rule
 };
 
 void printEntry(const std::string &text) {
@@ -47,6 +49,8 @@ void checkLine(int16_t session, const std::string &line, const ListOptions &lo, 
             break;
         }
         if (rc & ORTH_CHK_END_OF_BLOCK) break;
+        if ((rc & ORTH_CHK_MISSPELLED) && frontAcceptsRejected(session, word, &counts->caps))
+            rc &= ~(ORTH_CHK_MISSPELLED | ORTH_CHK_NON_LETTERS);
         std::string shown = lb.wordAtCursor(session, std::strlen(word));
         if (rc & ~ORTH_CHK_DOUBLED_WORD) {
             printEntry(shown);

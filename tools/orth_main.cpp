@@ -21,23 +21,32 @@ void printUsage(FILE *out) {
         "      once per occurrence, one per line. A doubled word is printed as\n"
         "      \"the the\" (--no-doubled: not reported). With --capitals, a line whose\n"
         "      first word has no capital reports that word.\n"
-        "  suggest [WORD...]\n"
+        "  suggest [--defined] [WORD...]\n"
         "      Check each word (each word of standard input when none) and print:\n"
         "        * WORD                           correct\n"
         "        & WORD: SUG (SCORE), SUG (SCORE)  suggestions scoring 50 or more\n"
         "        # WORD                           misspelled, nothing to suggest\n"
-        "  compress -o OUT.CLX [--suffixes FILE] [--language ID] [--charset N] WORDFILE...\n"
-        "      Build a compressed lexicon from sorted word files (one word a line).\n"
+        "      Suggestions are ranked by how people mistype and how common each\n"
+        "      word is; --defined gives the engine's defined ranking instead.\n"
+        "  compress -o OUT.CLX [--suffixes FILE] [--language ID] [--charset N]\n"
+        "           [--frequencies FILE] WORDFILE...\n"
+        "      Build a compressed lexicon from sorted word files (one word a line);\n"
+        "      with a frequency list (\"word count\" lines) also OUT.FRQ beside it,\n"
+        "      which ranks suggestions by how common each word is.\n"
         "  lex create FILE [--type ignore|exclude|auto|conditional] [--language ID]\n"
         "  lex add FILE WORD[:REPLACEMENT]...    lex delete FILE WORD...\n"
         "  lex list FILE    lex import FILE [TEXT]    lex export FILE [TEXT]\n"
         "      Edit a text lexicon (.TLX). The change types take WORD:REPLACEMENT.\n"
+        "  pipe [-t]   (also: orth -a, orth -l, orth -vv, orth -D)\n"
+        "      The Ispell pipe protocol for editors (Emacs, ...); see orth pipe --help.\n"
         "\n"
         "Options:\n"
-        "  -d DIR    dictionary folder holding MAIN.CLX (and MAIN.TLX); default:\n"
-        "            $ORTH_DICPATH, else the built-in American English dictionary\n"
-        "  -p FILE   personal word list (a text lexicon), consulted before MAIN.CLX\n"
-        "  --help, --version\n"
+        "  -d DIR    dictionary folder holding MAIN.CLX (and MAIN.TLX), or a name\n"
+        "            (en_US, en_GB) looked up in $ORTH_DICPATH and the built-in\n"
+        "            dictionaries; default: $ORTH_DICPATH, else en_US\n"
+        "  -p FILE   personal word list (a text lexicon), consulted before MAIN.CLX;\n"
+        "            default: ~/.config/orth/NAME.tlx for dictionary NAME\n"
+        "  --help, --version   (also after a command: orth list --help)\n"
         "\n"
         "Exit status: 0 all correct, 1 misspellings found, 2 usage or file errors.\n",
         out);
@@ -47,6 +56,8 @@ void printUsage(FILE *out) {
 
 int main(int argc, char **argv) {
     GlobalOptions opts;
+    if (isIspellInvocation(std::vector<std::string>(argv + 1, argv + argc)))
+        return runIspell(opts, std::vector<std::string>(argv + 1, argv + argc));
     std::string command;
     std::vector<std::string> args;
     bool positional = false;
@@ -58,13 +69,10 @@ int main(int argc, char **argv) {
                 return kExitError;
             }
             (a == "-d" ? opts.dictDir : opts.personalList) = argv[++i];
-        } else if (!positional && command.empty() && a == "--version") {
-            uint16_t major = 0, minor = 0;
-            ORTH_Version(&major, &minor);
-            std::printf("orth %u.%u\n", major, minor);
-            return kExitOk;
+        } else if (!positional && a == "--version") {
+            return printVersion();
         } else if (!positional && (a == "--help" || a == "-h")) {
-            printUsage(stdout);
+            if (command.empty() || !printCommandHelp(command, stdout)) printUsage(stdout);
             return kExitOk;
         } else if (command.empty()) {
             if (a.size() > 1 && a[0] == '-') {
@@ -81,6 +89,7 @@ int main(int argc, char **argv) {
     if (command == "suggest") return runSuggest(opts, args);
     if (command == "compress") return runCompress(opts, args);
     if (command == "lex") return runLex(opts, args);
+    if (command == "pipe") return runPipe(opts, args);
     if (command.empty()) printUsage(stderr);
     else reportError("unknown command %s (see orth --help)", command.c_str());
     return kExitError;

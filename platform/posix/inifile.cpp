@@ -20,6 +20,7 @@
 
 #include "platform/faults.h"
 #include "platform/platform.h"
+#include "platform/profilename.h"
 
 namespace {
 
@@ -233,19 +234,6 @@ bool applyProfileWrite(std::string *text, void *arg) {
     return true;
 }
 
-// Names that would not read back as written are refused: blanks at either
-// end, a line end, '=' in a key or ']' in a section, a key that would read
-// as a header or a comment.
-bool fitsProfileName(const char *s, bool isKey) {
-    std::string_view v(s);
-    if (v.empty() || trim(v).size() != v.size()) return false;
-    if (isKey && (v.front() == '[' || v.front() == ';' || v.front() == '#')) return false;
-    for (char c : v) {
-        if (c == '\n' || c == '\r' || c == (isKey ? '=' : ']')) return false;
-    }
-    return true;
-}
-
 }  // namespace
 
 IniLoad loadIniFile(const std::string &path, std::string *text) {
@@ -383,11 +371,7 @@ uint32_t platGetPrivateProfileString(const char *section, const char *key, const
 
 bool platWritePrivateProfileString(const char *section, const char *key, const char *value,
                                    const char *file) {
-    if (section == nullptr || key == nullptr || value == nullptr) return false;
-    if (!fitsProfileName(section, false) || !fitsProfileName(key, true) ||
-        std::strpbrk(value, "\r\n") != nullptr) {
-        return false;
-    }
+    if (!profileWriteFits(section, key, value)) return false;
     try {
         std::string path;
         if (!profilePath(file, &path)) return false;

@@ -2,26 +2,17 @@
 // run over a small dictionary folder.
 // Groups: CliList (misspellings, doubled words, capitals, UTF-8, exit codes),
 // CliSuggest, CliLex (round trip, change types, personal list), CliCompress
-// (errors with line numbers, a dictionary built and used), CliUsage.
+// (errors with line numbers, a dictionary built and used), CliUsage (help
+// and version of every command, dictionaries by name, the default personal
+// list).
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <sys/wait.h>
+#include <filesystem>
 
 #include "dict/dict_fixture.h"
+#include "tools/cli_runner.h"
 
 namespace {
-
-struct Outcome {
-    int status;
-    std::string out, err;
-};
-
-std::string quote(const std::string &s) {
-    std::string q = "'";
-    for (char c : s) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return q + "'";
-}
 
 class Cli : public ::testing::Test {
 protected:
@@ -34,23 +25,13 @@ protected:
     }
     void TearDown() override { closeAllSessions(); }
 
-    // Runs orth with args (and -d the test folder unless noDict) on input.
+    // Runs orth with args (and -d the test folder unless noDict) on input,
+    // with a private configuration folder.
     Outcome orth(const std::vector<std::string> &args, const std::string &input = "", bool noDict = false) {
-        writeFile(dir.file("stdin"), input);
-        std::string cmd = quote(std::string(ORTH_BINARY_DIR) + "/orth");
-        if (!noDict) cmd += " -d " + quote(dir.path());
-        for (const std::string &a : args) cmd += " " + quote(a);
-        cmd += " <" + quote(dir.file("stdin")) + " 2>" + quote(dir.file("stderr"));
-        Outcome r{-1, "", ""};
-        FILE *p = popen(cmd.c_str(), "r");
-        if (p == nullptr) return r;
-        char buf[4096];
-        size_t n;
-        while ((n = fread(buf, 1, sizeof buf, p)) > 0) r.out.append(buf, n);
-        int st = pclose(p);
-        r.status = WIFEXITED(st) ? WEXITSTATUS(st) : -1;
-        r.err = readFile(dir.file("stderr"));
-        return r;
+        std::vector<std::string> all;
+        if (!noDict) all = {"-d", dir.path()};
+        all.insert(all.end(), args.begin(), args.end());
+        return runOrth(all, input, dir.path(), {"XDG_CONFIG_HOME=" + dir.file("config")});
     }
     TempDir dir;
 };
@@ -179,6 +160,27 @@ TEST_F(Cli, CompressedDictionaryIsUsableWithDashD) {
     EXPECT_EQ(r.out, "cat\n");
 }
 
+TEST_F(Cli, SuggestRanksByCommonnessUnlessDefined) {
+    TempDir built;
+    writeFile(built.file("w.txt"), "cat\ncot\ncut\n");
+    writeFile(built.file("f.txt"), "# counts\ncut 1000\ncat 10\n");
+    writeFile(built.file("bad.txt"), "cut 1000\ncat ten\n");
+    Outcome r = orth({"compress", "-o", built.file("MAIN.CLX"), "--frequencies", built.file("bad.txt"),
+                      built.file("w.txt")}, "", true);
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("bad.txt:2: expected a word and a count: \"cat ten\""), std::string::npos) << r.err;
+    r = orth({"compress", "-o", built.file("MAIN.CLX"), "--frequencies", built.file("f.txt"), built.file("w.txt")}, "",
+             true);
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_TRUE(fileExists(built.file("MAIN.FRQ")));
+    // cat, cot and cut are one vowel from cet: the common cut comes first
+    // when ranked; the defined ranking keeps the dictionary's order.
+    EXPECT_EQ(orth({"-d", built.path(), "suggest", "cet"}, "", true).out.rfind("& cet: cut (", 0), 0u);
+    EXPECT_EQ(orth({"-d", built.path(), "suggest", "--defined", "cet"}, "", true).out,
+              "& cet: cat (83), cot (83), cut (83)\n");
+    EXPECT_NE(orth({"--help"}, "", true).out.find("--defined"), std::string::npos);
+}
+
 TEST_F(Cli, UsageErrorsAndHelp) {
     Outcome r = orth({"--version"}, "", true);
     EXPECT_EQ(r.status, 0);
@@ -199,6 +201,40 @@ TEST_F(Cli, UsageErrorsAndHelp) {
         EXPECT_EQ(r.status, 2);
         EXPECT_NE(r.err.find(c.err), std::string::npos) << r.err;
     }
+}
+
+TEST_F(Cli, EveryCommandHasHelpAndVersion) {
+    for (const char *command : {"list", "suggest", "compress", "lex", "pipe"}) {
+        Outcome r = orth({command, "--help"}, "", true);
+        EXPECT_EQ(r.status, 0) << command;
+        EXPECT_EQ(r.out.rfind("Usage: orth", 0), 0u) << r.out;
+        EXPECT_NE(r.out.find(std::string(" ") + command), std::string::npos) << r.out;
+        EXPECT_NE(r.out.find("Exit status"), std::string::npos) << r.out;
+        r = orth({command, "--version"}, "", true);
+        EXPECT_EQ(r.out, "orth 4.21\n") << command;
+    }
+}
+
+TEST_F(Cli, DictionariesByNameAndTheDefaultPersonalList) {
+    TempDir root;
+    std::filesystem::create_directories(root.file("xx_YY"));
+    std::filesystem::copy_file(dir.file("MAIN.CLX"), root.file("xx_YY/MAIN.CLX"));
+    std::vector<std::string> env = {"ORTH_DICPATH=" + root.path(), "XDG_CONFIG_HOME=" + root.file("cfg")};
+    Outcome r = runOrth({"-d", "xx_YY", "list"}, "zebra cat\n", dir.path(), env);
+    EXPECT_EQ(r.out, "zebra\n");
+    std::filesystem::create_directories(root.file("cfg/orth"));
+    writeFile(root.file("cfg/orth/xx_YY.tlx"), crlfLines({"#LID 1033 1 1", "zebra"}));
+    r = runOrth({"-d", "xx_YY", "list"}, "zebra cat\n", dir.path(), env);
+    EXPECT_EQ(r.out, "");
+    EXPECT_EQ(r.status, 0);
+    writeFile(root.file("cfg/orth/xx_YY.tlx"), "#LID 1033 9 0\r\n");  // a damaged list
+    r = runOrth({"-d", "xx_YY", "list"}, "cat\n", dir.path(), env);
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("xx_YY.tlx: cannot open personal word list: not a lexicon"), std::string::npos) << r.err;
+    r = runOrth({"-d", "zz_ZZ", "list"}, "cat\n", dir.path(), env);
+    EXPECT_EQ(r.status, 2);
+    EXPECT_EQ(r.err.find('\n'), r.err.size() - 1) << r.err;  // one line
+    EXPECT_NE(r.err.find("orth: zz_ZZ: no such dictionary"), std::string::npos) << r.err;
 }
 
 }  // namespace
