@@ -15,6 +15,12 @@ const std::string &scratchDir() {
         std::vector<char> buf(templ.begin(), templ.end());
         buf.push_back('\0');
         require(mkdtemp(buf.data()) != nullptr, "scratch folder");
+        // Nothing a target runs may reach the user's own files: the command's
+        // personal word list, the settings store.
+        std::string home = std::string(buf.data()) + "/home";
+        require(std::system(("mkdir -p '" + home + "/.config'").c_str()) == 0, "scratch home");
+        setenv("HOME", home.c_str(), 1);
+        setenv("XDG_CONFIG_HOME", (home + "/.config").c_str(), 1);
         return std::string(buf.data());
     }();
     return dir;

@@ -9,7 +9,9 @@
 #include <string>
 #include <vector>
 
-// The process's scratch folder (made once, under $TMPDIR or /tmp).
+// The process's scratch folder (made once, under $TMPDIR or /tmp). Making it
+// points HOME and XDG_CONFIG_HOME into it, so no target touches the user's
+// own files; every target calls it before anything else.
 const std::string &scratchDir();
 std::string scratchFile(const std::string &name);
 void writeBytes(const std::string &path, const void *data, size_t size);

@@ -13,7 +13,7 @@ work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
 # Inputs named regress-* reproduce problems fuzzing found: they stay.
 [ -d "$seeds" ] && find "$seeds" -type f ! -name 'regress-*' -delete
-mkdir -p "$seeds"/{clex,tlex,userlist,lexsq,block,api,text,settings}
+mkdir -p "$seeds"/{clex,tlex,userlist,lexsq,block,api,text,pipe,settings}
 
 crlf() { sed 's/$/\r/'; }
 # Sorted words of three or more letters beginning with "ab" and "he", and a few small ones.
@@ -42,6 +42,10 @@ printf '\x00\x00' > "$seeds/userlist/empty"
   > "$seeds/lexsq/suffixed"
 
 head -c 400 "$here/../examples/sample.txt" > "$seeds/text/sample.txt"
+# Pipe-mode lines as an editor sends them: plain text, a word to accept for
+# the session, one to add, a TeX line, and a line beginning with a command.
+printf '!\n^Thier quick brown fox\n@colour\n*helo\n^\\textbf{wrold} and $x$\n+\n^more texxt\n-\n%%\n#\n' \
+  > "$seeds/pipe/editor-session"
 { head -c 200 "$here/../examples/sample.txt"; printf '\\\n\x00\x01\x02\x03\x04\x05\x06\x07\x00\x00\x00\x00\x00'; } \
   > "$seeds/block/sample"
 printf '\x00\x00\x04\x00\x07\x00\x0c\x00\x0d\x00\x0e' > "$seeds/api/open-add-check"

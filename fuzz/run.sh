@@ -7,7 +7,7 @@
 #
 # Usage: fuzz/run.sh BUILD_DIR [SECONDS_PER_TARGET] [TARGET...]
 #   BUILD_DIR  a tree configured with -DORTH_FUZZ=ON -DORTH_SANITIZE=ON (clang)
-#   targets    clex tlex userlist lexsq block api text settings (default: all)
+#   targets    clex tlex userlist lexsq block api text pipe settings (default: all)
 # Environment: ORTH_FUZZ_CORPUS=DIR keeps each target's grown corpus in
 # DIR/<target> across runs (default: a temporary folder, dropped);
 # ORTH_FUZZ_OUT=DIR is where failing inputs go (default: BUILD_DIR/fuzz-out);
@@ -18,12 +18,16 @@ build="${1:?usage: fuzz/run.sh BUILD_DIR [SECONDS] [TARGET...]}"
 seconds="${2:-30}"
 shift $(( $# >= 2 ? 2 : 1 ))
 targets=("$@")
-[ ${#targets[@]} -eq 0 ] && targets=(clex tlex userlist lexsq block api text settings)
+[ ${#targets[@]} -eq 0 ] && targets=(clex tlex userlist lexsq block api text pipe settings)
 out="${ORTH_FUZZ_OUT:-$build/fuzz-out}"
 mkdir -p "$out"
 scratch="$(mktemp -d)"
 trap 'rm -rf "$scratch"' EXIT
 
+# The targets keep to their scratch folders; HOME and XDG_CONFIG_HOME point
+# there too, so nothing reaches the user's own configuration.
+export HOME="$scratch/home" XDG_CONFIG_HOME="$scratch/home/.config"
+mkdir -p "$XDG_CONFIG_HOME"
 export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=1}"
 export UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}"
 # One target: its summary line on success; its log's key lines and a

@@ -10,6 +10,7 @@
 #include "tools/cli.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
+    scratchDir();  // HOME and XDG_CONFIG_HOME point into it from here on
     static bool quiet = std::freopen("/dev/null", "w", stdout) != nullptr;
     (void)quiet;
     std::string text(reinterpret_cast<const char *>(data), size);
@@ -22,6 +23,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     writeBytes(input, data, size);
     GlobalOptions opts;
     opts.dictDir = dictDir();
+    opts.personalList = scratchFile("personal.tlx");
+    std::remove(opts.personalList.c_str());  // each input starts without one
     std::vector<std::string> words;
     for (const std::string &line : splitLines(text)) {
         if (words.size() >= 4) break;
