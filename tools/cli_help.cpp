@@ -61,8 +61,8 @@ const CommandHelp kHelp[] = {
      "\n"
      "Exit status: 0 done, 2 usage or file errors.\n"},
     {"pipe",
-     "Usage: orth pipe [-d DIR|NAME] [-p FILE] [-i UTF-8] [-t]\n"
-     "       orth -a [-d DIR|NAME] [-p FILE] [-i UTF-8] [-t]\n"
+     "Usage: orth pipe [-d DIR|NAME] [-p FILE] [-i UTF-8] [-t] [--defined]\n"
+     "       orth -a [-d DIR|NAME] [-p FILE] [-i UTF-8] [-t] [--defined]\n"
      "       orth -l [-d DIR|NAME] [-p FILE] [-t] [FILE...]\n"
      "       orth -v | -vv | -D\n"
      "\n"
@@ -88,6 +88,8 @@ const CommandHelp kHelp[] = {
      "  -p FILE   personal word list (default ~/.config/orth/NAME.tlx)\n"
      "  -i UTF-8  text encoding; UTF-8 is the only one\n"
      "  -t        TeX mode from the start\n"
+     "  --defined suggestions in the engine's defined order (ORTH_Suggest);\n"
+     "            the default is the ranked suggester, best guess first\n"
      "\n"
      "Exit status: 0 end of input (also when -l found misspellings, as editors\n"
      "expect), 2 usage, file or dictionary errors.\n"},
