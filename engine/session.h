@@ -46,3 +46,8 @@ LexEntry *lexFor(Session *session, int16_t lexId, const char *function);
 void closeLexSlot(Session *session, int16_t lexId);
 typedef void (*BlockCloser)(Session *session, int16_t blockId);
 void setBlockCloser(BlockCloser closer);
+// Told of every session that ORTH_CloseSession closes, before it closes it,
+// so that a layer above holding the session (a Dict handle) learns that it
+// was closed behind its back.
+typedef void (*SessionCloseHook)(int16_t sessionId);
+void setSessionCloseHook(SessionCloseHook hook);
