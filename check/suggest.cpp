@@ -55,8 +55,6 @@ const PhoneticDigraph phoneticDigraphTable[kPhoneticDigraphs] = {
     {'g', 'e', 'j'}, {'k', 'n', 'n'}, {'p', 'h', 'f'}, {'p', 's', 's'},
 };
 
-namespace {
-
 // Split-word candidates: the word cut in two known words, "first second".
 void addSplitCandidates(Session *session, const char *word, SuggestionList *list) {
     size_t len = std::strlen(word);
@@ -90,6 +88,8 @@ void addSplitCandidates(Session *session, const char *word, SuggestionList *list
     }
 }
 
+namespace {
+
 // Binary search of the sorted entries, byte for byte.
 const TLexEntry *findExact(const TLexState *state, const char *word) {
     uint32_t lo = 0, hi = state->count;
@@ -101,6 +101,8 @@ const TLexEntry *findExact(const TLexState *state, const char *word) {
     }
     return nullptr;
 }
+
+}  // namespace
 
 // The change entry for word: the exact entry; else, as the checker accepts
 // them, for a capitalised word the entry of its lower-case-initial form, and
@@ -127,8 +129,6 @@ const TLexEntry *findChangeEntry(const TLexState *state, const char *word, int16
     return nullptr;
 }
 
-}  // namespace
-
 namespace {
 
 // Whether two words are equal in their first 63 bytes.
@@ -137,10 +137,6 @@ bool sameWord(const char *a, const char *b) {
     while (k < kMaxWordLen && a[k] == b[k] && a[k] != '\0') ++k;
     return k == kMaxWordLen || a[k] == b[k];
 }
-
-}  // namespace
-
-namespace {
 
 void insertCandidate(const char *candidate, int16_t score, bool suppressed, bool mayBeListed,
                      SuggestionList *list) {

@@ -123,6 +123,13 @@ int16_t suggestFromLexicon(Session *session, LexEntry *lex, const char *word, in
                            SuggestionList *list);
 void searchTextLexicon(const TLexState *state, int16_t type, const char *word, int16_t charSet,
                        const Scorer &scorer, SuggestionList *list);
+// Split-word candidates ("a lot" for "alot"), typographically scored.
+void addSplitCandidates(Session *session, const char *word, SuggestionList *list);
+// A change lexicon's entry for word: the exact one; for a capitalised word
+// that of its lower-case-initial form; for an all-capitals word the first
+// equal ignoring case. Null when there is none.
+struct TLexEntry;
+const TLexEntry *findChangeEntry(const TLexState *state, const char *word, int16_t charSet);
 
 // Compressed-lexicon candidate search. Depth -1 widens from level 1 to 3
 // until a level yields a candidate; 0 to 3 search that level alone; any

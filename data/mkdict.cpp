@@ -1,9 +1,11 @@
 // data/mkdict.cpp — build-time tool: compresses word files into a .CLX with
 // the engine's own compressor, and optionally writes the companion text
-// lexicon holding only its language sentinel.
+// lexicon holding only its language sentinel. Its second form writes a
+// built .CLX's commonness file (.FRQ beside it) from a frequency list.
 //
 // Usage: orth_mkdict <output.clx> <language id> <suffix file or -> <word file>...
 //                    [--stems <list out>] [--tlx <path>]
+//        orth_mkdict --commonness <lexicon.clx> <frequency list>
 //
 // Without --stems the word files must be sorted byte-wise, each word once.
 // With --stems they are source lists in any order: every word is reduced as
@@ -25,8 +27,23 @@ namespace {
 int usage() {
     std::fprintf(stderr,
                  "usage: orth_mkdict <output.clx> <language> <suffixes|-> <words>... "
-                 "[--stems <list>] [--tlx <path>]\n");
+                 "[--stems <list>] [--tlx <path>]\n"
+                 "       orth_mkdict --commonness <lexicon.clx> <frequency list>\n");
     return 2;
+}
+
+int makeCommonness(const char *lexicon, const char *list) {
+    int16_t sid = ORTH_OpenSession();
+    if (sid < 0) return 1;
+    uint32_t line = 0;
+    int16_t rc = ORTH_CompressLexFreq(sid, lexicon, list, &line);
+    ORTH_CloseSession(sid);
+    if (rc < 0) {
+        std::fprintf(stderr, "orth_mkdict: %s:%lu: %s (%d)\n", list, static_cast<unsigned long>(line),
+                     resultCodeName(rc), rc);
+        return 1;
+    }
+    return 0;
 }
 
 // The sentinel line of an empty accept-type text lexicon, CR LF ended.
@@ -80,6 +97,7 @@ bool writeStems(int first, int last, char **argv, const char *path) {
 }  // namespace
 
 int main(int argc, char **argv) {
+    if (argc == 4 && std::strcmp(argv[1], "--commonness") == 0) return makeCommonness(argv[2], argv[3]);
     if (argc < 5) return usage();
     const char *output = argv[1];
     unsigned language = static_cast<unsigned>(std::strtoul(argv[2], nullptr, 10));

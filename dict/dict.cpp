@@ -1,4 +1,5 @@
-// dict/dict.cpp — the exported Dict functions, built only on the ORTH_ API.
+// dict/dict.cpp — the exported Dict functions, built on the ORTH_ API and one
+// hook of the engine's session table (invariant 6).
 //
 // Design notes (the handle)
 // (1) A handle owns one session from DictOpen to DictClose. In that session
@@ -6,8 +7,17 @@
 //     main lexicon id 2, so a companion entry decides before the user's words
 //     and the main lexicon. DictOpen either returns a handle with all three
 //     open or releases everything it opened (tearDown).
-// (2) Every live handle is in liveHandles; a null, unknown or closed handle is
-//     refused with the function's failure value before anything is touched.
+// (2) Every live handle is in the list from firstLive, from DictOpen until
+//     DictClose; a null, unknown or closed handle is refused with the
+//     function's failure value before anything is touched.
+// (6) A host may close a handle's session itself (ORTH_CloseSession). The
+//     engine tells orphanHandle, which turns the handle into an orphan:
+//     session and lexicon ids -1, so no later call reaches the session id,
+//     which the engine may already have given to someone else. An orphan
+//     stays live until its DictClose, which releases it without a save (its
+//     words went with the session); every other call refuses it. This one
+//     hook on the engine's session table is the layer's only use of the
+//     engine beyond the ORTH_ API.
 // (3) sugList always holds a terminated list whose entries are whole
 //     suggestions of the word last handed to the engine, and cursor is the
 //     offset of an entry's first byte or of the terminating empty string.
@@ -23,28 +33,51 @@
 #include <new>
 
 #include "dict/dict_int.h"
+#include "engine/session.h"
 #include "orth.h"
 #include "platform/platform.h"
 
 namespace {
 
-DictHandle *liveHandles[16];  // at most one handle per engine session
+DictHandle *firstLive = nullptr;  // live handles, orphans included (invariant 2)
 
 bool isLive(const DictHandle *handle) {
     if (handle == nullptr) return false;
-    for (DictHandle *h : liveHandles)
+    for (const DictHandle *h = firstLive; h != nullptr; h = h->nextLive)
         if (h == handle) return true;
     return false;
 }
 
+// A live handle whose session is still its own.
+bool isUsable(const DictHandle *handle) { return isLive(handle) && handle->sessionId != -1; }
+
+// The engine's hook: a session is closing. A live handle that holds it
+// becomes an orphan (invariant 6); DictClose unlinks its handle first, so
+// its own close never gets here.
+void orphanHandle(int16_t sessionId) {
+    for (DictHandle *h = firstLive; h != nullptr; h = h->nextLive) {
+        if (h->sessionId == sessionId) {
+            h->sessionId = h->mainLexId = h->companionLexId = h->userLexId = -1;
+            h->pendingWord[0] = '\0';
+            h->sugList[0] = '\0';
+            h->cursor = 0;
+        }
+    }
+}
+
 void registerHandle(DictHandle *handle) {
-    for (DictHandle *&h : liveHandles)
-        if (h == nullptr) { h = handle; return; }
+    setSessionCloseHook(orphanHandle);
+    handle->nextLive = firstLive;
+    firstLive = handle;
 }
 
 void unregisterHandle(DictHandle *handle) {
-    for (DictHandle *&h : liveHandles)
-        if (h == handle) h = nullptr;
+    for (DictHandle **at = &firstLive; *at != nullptr; at = &(*at)->nextLive) {
+        if (*at == handle) {
+            *at = handle->nextLive;
+            return;
+        }
+    }
 }
 
 // Copies at most max bytes of a zero-terminated string; tells whether the
@@ -197,21 +230,22 @@ DICT_API DictHandle *DICT_CALL DictOpen(const char *folderPath, const void *para
 }
 
 // 1 once the list is saved (or its save failed) and the handle is released;
-// 0 for a null or unknown handle, which is left alone.
+// an orphan is released without a save. 0 for a null or unknown handle,
+// which is left alone.
 DICT_API int32_t DICT_CALL DictClose(DictHandle *handle) noexcept {
     if (!isLive(handle)) return 0;
     char listPath[kDictPathBufSize];
-    if (userListPath(handle, listPath)) saveUserList(handle, listPath);
+    if (handle->sessionId != -1 && userListPath(handle, listPath)) saveUserList(handle, listPath);
     unregisterHandle(handle);
     tearDown(handle);
     return 1;
 }
 
 // 0 when the word is accepted (numbers without a lookup), 1 when it is not,
-// when the engine fails, or for a null or unknown handle. A null word is an
+// when the engine fails, or for a null, unknown or orphaned handle. A null word is an
 // empty word.
 DICT_API int32_t DICT_CALL DictCheckWord(DictHandle *handle, const char *word) noexcept {
-    if (!isLive(handle)) return 1;
+    if (!isUsable(handle)) return 1;
     char work[kDictWordBufSize] = {};
     if (word != nullptr) copyBounded(work, word, kDictWordBufSize - 1);
 
@@ -231,9 +265,9 @@ DICT_API int32_t DICT_CALL DictCheckWord(DictHandle *handle, const char *word) n
 }
 
 // 1 with the next suggestion (at most 63 characters and a zero) in buffer; 0
-// when there is none left, for a null buffer, or a null or unknown handle.
+// when there is none left, for a null buffer, or a null, unknown or orphaned handle.
 DICT_API int32_t DICT_CALL DictGetNextSug(DictHandle *handle, char *buffer) noexcept {
-    if (!isLive(handle) || buffer == nullptr) return 0;
+    if (!isUsable(handle) || buffer == nullptr) return 0;
     if (handle->pendingWord[0] != '\0') computeSuggestions(handle);
     if (handle->cursor >= kDictSugListSize) return 0;
     const char *sug = handle->sugList + handle->cursor;
@@ -244,17 +278,17 @@ DICT_API int32_t DICT_CALL DictGetNextSug(DictHandle *handle, char *buffer) noex
     return 1;
 }
 
-// 0 always; the engine's refusal (or an unknown handle) adds nothing.
+// 0 always; the engine's refusal (or an unknown or orphaned handle) adds nothing.
 DICT_API int32_t DICT_CALL DictAddWord(DictHandle *handle, const char *word) noexcept {
-    if (!isLive(handle) || word == nullptr) return 0;
+    if (!isUsable(handle) || word == nullptr) return 0;
     ORTH_AddToLex(static_cast<int16_t>(handle->sessionId), static_cast<int16_t>(handle->userLexId),
                   word, nullptr);
     return 0;
 }
 
-// 0 always; a word not in the list (or an unknown handle) changes nothing.
+// 0 always; a word not in the list (or an unknown or orphaned handle) changes nothing.
 int16_t DictDeleteWord(DictHandle *handle, const char *word) noexcept {
-    if (!isLive(handle) || word == nullptr) return 0;
+    if (!isUsable(handle) || word == nullptr) return 0;
     ORTH_DelFromLex(static_cast<int16_t>(handle->sessionId),
                     static_cast<int16_t>(handle->userLexId), word);
     return 0;

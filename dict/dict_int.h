@@ -34,6 +34,7 @@ struct DictHandle {
     char mainName[kDictMainNameMax + 1];
     char userListName[kDictPathBufSize];
     bool userListNameTooLong;
+    DictHandle *nextLive;  // the list of live handles (dict.cpp)
 };
 
 // Joins the drive and directory of folderPath (everything up to its last '\'
@@ -53,10 +54,12 @@ void makeCompanionName(const char *mainName, char out[kDictMainNameMax + 5]);
 // record cut short by the end of the file ends the load, unused.
 int32_t loadUserList(DictHandle *handle, const char *path);
 // Writes the user word lexicon to path through a temporary file in the same
-// folder, renamed over the old list only when complete. Returns 0;
+// folder, renamed over the old list only when complete; another process
+// saving the same list meanwhile is waited for. Returns 0;
 // ORTH_OUT_OF_MEMORY_ERR when the image buffer cannot be had (old list kept);
 // the engine's code when the lexicon cannot be read (old list kept);
-// ORTH_FILE_OPEN_ERR or ORTH_FILE_WRITE_ERR when the temporary file cannot be
-// created, written or renamed (old list kept, temporary file removed).
+// ORTH_FILE_OPEN_ERR when the temporary file cannot be created or another
+// process kept it for the whole wait; ORTH_FILE_WRITE_ERR when it cannot be
+// written (removed) or renamed (kept); the old list stays in every case.
 // At most 65535 words are written; further ones are left out.
 int16_t saveUserList(DictHandle *handle, const char *path);

@@ -4,16 +4,22 @@
 // Design notes (the list file)
 // (1) The file on disk is always the old list or the complete new one:
 //     saveUserList writes "<list>.tmp" beside it and renames it over the old
-//     file only after every byte was written; on any failure the temporary
-//     file is removed and the old list stays.
-// (2) loadUserList adds only whole records: the first record cut short by the
+//     file only after every byte was written. A failed write removes the
+//     temporary file; a failed rename keeps it (it holds the only copy of the
+//     words); the old list stays in both cases and is never deleted first.
+// (2) Handles of several processes may close on one folder at once. Each
+//     owns "<list>.tmp" while it writes and renames it (platOpenOwned), so
+//     their writes never mix; each rename puts one whole list in place, and
+//     the last one decides which words the file holds.
+// (3) loadUserList adds only whole records: the first record cut short by the
 //     end of the file ends the load, and the count field bounds it.
-// (3) The count written always equals the records written: a lexicon of more
+// (4) The count written always equals the records written: a lexicon of more
 //     than 65535 words is saved with its first 65535, in image order.
 #include <cstdlib>
 #include <cstring>
 
 #include "dict/dict_int.h"
+#include "engine/limits.h"
 #include "orth.h"
 #include "platform/platform.h"
 
@@ -85,19 +91,12 @@ int16_t saveUserList(DictHandle *handle, const char *path) {
     if (pathLen >= kDictPathBufSize) { std::free(file); return ORTH_FILE_OPEN_ERR; }
     std::memcpy(temp, path, pathLen);
     std::memcpy(temp + pathLen, ".tmp", 5);
-    int32_t fh = platCreate(temp);
+    int32_t fh = platOpenOwned(temp, kSaveWaitMs);
     if (fh < 0) { std::free(file); return ORTH_FILE_OPEN_ERR; }
     bool written = platWrite(fh, file, fileLen) == static_cast<int32_t>(fileLen);
-    platClose(fh);
     std::free(file);
-    if (written && platRename(temp, path) != 0) {
-        // Some systems refuse to rename over an existing file.
-        platRemove(path);
-        written = platRename(temp, path) == 0;
-    }
-    if (!written) {
-        platRemove(temp);
-        return ORTH_FILE_WRITE_ERR;
-    }
-    return 0;
+    if (!written) platRemove(temp);
+    int replaced = written ? platReplace(temp, path) : -1;
+    platCloseOwned(fh);
+    return replaced == 0 ? 0 : ORTH_FILE_WRITE_ERR;
 }

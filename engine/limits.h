@@ -17,3 +17,7 @@ constexpr int kPrimarySuffixes = 26;      // coded by one byte, 6 to 31
 constexpr int kSecondarySuffixes = 256;   // coded by 4 and an index byte
 constexpr int kSuffixEntrySize = 9;       // 8 characters and a zero
 constexpr uint32_t kMaxSegmentLength = 65535;  // a segment is read in one 16-bit counted read
+// Longest wait for another process that is saving into the same folder
+// through the shared temporary file; a save takes milliseconds, a very
+// large lexicon a fraction of a second.
+constexpr uint32_t kSaveWaitMs = 10000;

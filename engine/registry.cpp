@@ -53,6 +53,7 @@ void closeLexSlot(Session *session, int16_t lexId) {
     LexEntry *lex = session->lexicons[lexId];
     if (lex->format == ORTH_COMPRESSED_LEX_FORMAT) CLex_Close(&lex->clex);
     else if (lex->format == ORTH_TEXT_LEX_FORMAT) TLex_Close(&lex->tlex);
+    freeRankIndex(lex->rank);
     engineLog("ORTH_CloseLex: %hd closed", lexId);
     delete lex;
     session->lexicons[lexId] = nullptr;

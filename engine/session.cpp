@@ -17,6 +17,7 @@ Session *sessionTable[kMaxSessions];
 namespace {
 
 BlockCloser blockCloser = nullptr;
+SessionCloseHook sessionCloseHook = nullptr;
 
 const char *const kResultCodeNames[17] = {
     "Ok.",
@@ -62,6 +63,7 @@ LexEntry *lexFor(Session *session, int16_t lexId, const char *function) {
 }
 
 void setBlockCloser(BlockCloser closer) { blockCloser = closer; }
+void setSessionCloseHook(SessionCloseHook hook) { sessionCloseHook = hook; }
 
 extern "C" ORTH_API int16_t ORTH_CALL ORTH_OpenSession(void) noexcept {
     int16_t slot = 0;
@@ -87,6 +89,7 @@ extern "C" ORTH_API int16_t ORTH_CALL ORTH_OpenSession(void) noexcept {
 extern "C" ORTH_API int16_t ORTH_CALL ORTH_CloseSession(int16_t sessionId) noexcept {
     Session *s = sessionFor(sessionId, "ORTH_CloseSession");
     if (s == nullptr) return ORTH_BAD_SESSION_ID_ERR;
+    if (sessionCloseHook != nullptr) sessionCloseHook(sessionId);
     for (int16_t id = 0; id < kMaxLexPerSession; ++id) {
         if (s->lexicons[id] != nullptr) closeLexSlot(s, id);
     }

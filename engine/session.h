@@ -10,6 +10,7 @@
 #include "engine/limits.h"
 #include "lex/clex.h"
 #include "lex/tlex.h"
+#include "lex/wordtrie.h"
 
 struct TextBlock;
 struct CompressState;
@@ -20,6 +21,7 @@ struct LexEntry {
     uint16_t language;
     CLexState clex;      // used when format is compressed
     TLexState tlex;      // used when format is text
+    LexRankIndex *rank;  // owned; the ranked suggester's index, made on first use
 };
 
 struct Session {
@@ -45,3 +47,8 @@ LexEntry *lexFor(Session *session, int16_t lexId, const char *function);
 void closeLexSlot(Session *session, int16_t lexId);
 typedef void (*BlockCloser)(Session *session, int16_t blockId);
 void setBlockCloser(BlockCloser closer);
+// Told of every session that ORTH_CloseSession closes, before it closes it,
+// so that a layer above holding the session (a Dict handle) learns that it
+// was closed behind its back.
+typedef void (*SessionCloseHook)(int16_t sessionId);
+void setSessionCloseHook(SessionCloseHook hook);

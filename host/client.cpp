@@ -14,7 +14,9 @@
 //     context (a forked child leaves the parent's settings alone). It runs
 //     from a static destructor; the engine's tables, the store's paths and
 //     this record are plain arrays without destructors, so they are intact
-//     whenever it runs.
+//     whenever it runs. A Windows DLL has an unload notification of its own,
+//     which closes the context (win32/dllmain.cpp); the destructor stands
+//     aside wherever a load notification stored a module handle.
 #include "host/client.h"
 
 #include <cstdarg>
@@ -132,9 +134,11 @@ void writeOptions() {
     }
 }
 
-// Closes the context when the library is unloaded or the program ends.
+// Closes the context when the library is unloaded or the program ends,
+// unless the DLL's own unload notification does (3).
 struct ClientUnload {
     ~ClientUnload() {
+        if (platModuleHandle() != nullptr) return;
         if (ctx.sessionId >= 0 && ctx.clientId == platProcessId()) closeClient();
     }
 } clientUnload;

@@ -164,6 +164,21 @@ ORTH_API int16_t ORTH_CALL ORTH_CheckWord(int16_t sessionId, uint32_t mask, cons
 ORTH_API int16_t ORTH_CALL ORTH_Suggest(int16_t sessionId, const char *word, int16_t depth, char *buffer,
                      int32_t size, int16_t *scores, uint16_t maxSuggestions) ORTH_NOTHROW;
 
+/* Ranked suggestions, beside ORTH_Suggest: the words a few typing errors
+ * away, best first by how people mistype and how common each word is, in
+ * ORTH_Suggest's packed list shape with a score (0 to 100) per suggestion.
+ * Change lexicons' replacements come first (99); excluded words are never
+ * returned; at most 64 suggestions. A compressed lexicon is ranked with its
+ * commonness file (MAIN.FRQ beside MAIN.CLX) when it has one; when that file
+ * is damaged the call returns ORTH_Suggest's list instead. */
+ORTH_API int16_t ORTH_CALL ORTH_SuggestRanked(int16_t sessionId, const char *word, char *buffer,
+                     int32_t size, int16_t *scores, uint16_t maxSuggestions) ORTH_NOTHROW;
+/* Builds the commonness file beside a compressed lexicon from a frequency
+ * list: "word count" lines (blanks or a tab between; # comments). The line
+ * of a bad entry is stored in lineNumber. */
+ORTH_API int16_t ORTH_CALL ORTH_CompressLexFreq(int16_t sessionId, const char *lexPath, const char *listPath,
+                     uint32_t *lineNumber) ORTH_NOTHROW;
+
 /* Text blocks. */
 ORTH_API int16_t ORTH_CALL ORTH_OpenBlock(int16_t sessionId, char *text, uint32_t length, uint32_t size,
                        uint16_t copy) ORTH_NOTHROW;

@@ -11,7 +11,8 @@
  *
  * Settings live in an INI file (sections "ORTH" for the machine, "ORTH User"
  * for the user) or in the registry under "Software\Tamarind\ORTH"; on Linux
- * the INI file is used unless ORTH_SETTINGS=registry (see the README).
+ * the INI file is used unless ORTH_SETTINGS=registry, on Windows the registry
+ * on every NT version (see the README).
  *
  * Results are the codes of orth.h; ORTH_BUSY_ERR (-25) while a dialog call is
  * running, ORTH_CANCEL_ERR (-17) when the user cancels a dialog. A null text

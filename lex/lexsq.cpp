@@ -176,8 +176,8 @@ bool setBlockLength(FileRun *run) {
     return true;
 }
 
-// 0; ORTH_FILE_WRITE_ERR; ORTH_BUFFER_TOO_SMALL_ERR for a segment over 65535
-// bytes (readers load a segment with one 16-bit counted read); addSegment's codes.
+// 0; ORTH_FILE_WRITE_ERR; addSegment's codes. addWord has kept the segment
+// within 65535 bytes.
 int16_t finishSegment(FileRun *run) {
     if (run->blockOpen) {
         if (!setBlockLength(run)) return ORTH_FILE_WRITE_ERR;
@@ -186,11 +186,6 @@ int16_t finishSegment(FileRun *run) {
     run->segOpen = false;
     int32_t here = fileTell(run->state->tempFile);
     uint32_t length = static_cast<uint32_t>(here - run->segStart);
-    if (length > kMaxSegmentLength) {
-        engineLog("LexSqFile: segment %c%c too long (%lu bytes)", run->key[0], run->key[1],
-                  static_cast<unsigned long>(length));
-        return ORTH_BUFFER_TOO_SMALL_ERR;
-    }
     return addSegment(run->state, static_cast<uint32_t>(run->segStart), length, run->key);
 }
 
@@ -300,6 +295,14 @@ int16_t addWord(FileRun *run, const char *word, size_t len) {
     uint8_t coded[2 * kWordBufSize];
     uint16_t n = codeWord(state, &run->lens, word, len, run->prev, std::strlen(run->prev), coded);
     if (!writeTemp(run, coded, n)) return ORTH_FILE_WRITE_ERR;
+    // Readers load a segment with one 16-bit counted read: refuse the word
+    // that takes its segment past 65535 bytes, so the line number names it.
+    auto segLength = static_cast<uint32_t>(fileTell(state->tempFile) - run->segStart);
+    if (segLength > kMaxSegmentLength) {
+        engineLog("LexSqFile: segment %c%c too long at %s (%lu bytes)", c0, c1, word,
+                  static_cast<unsigned long>(segLength));
+        return ORTH_BUFFER_TOO_SMALL_ERR;
+    }
     run->blockBytes += n;
     std::memcpy(run->prev, word, len + 1);
     return 0;
@@ -355,8 +358,9 @@ int16_t LexSqInit(CompressState *state, const char *outputPath, const char *suff
 // outside letters, digits, punctuation and space (control characters
 // included); ORTH_WORD_ORDER_ERR for a word not above the previous one or a
 // key built before; ORTH_TOO_MANY_SMALL_WORDS_ERR; ORTH_BUFFER_TOO_SMALL_ERR
-// for a segment over 65535 bytes; ORTH_FILE_WRITE_ERR when the temporary file
-// can't be written; ORTH_OUT_OF_MEMORY_ERR. lineNumber is the lines read.
+// for the word that takes its segment past 65535 bytes; ORTH_FILE_WRITE_ERR
+// when the temporary file can't be written; ORTH_OUT_OF_MEMORY_ERR.
+// lineNumber is the lines read, so after a failure the failing word's line.
 int16_t LexSqFile(CompressState *state, const char *wordFile, uint32_t *lineNumber) {
     uint32_t ignored = 0;
     if (lineNumber == nullptr) lineNumber = &ignored;

@@ -8,20 +8,34 @@
 //     only when a file held a word twice.
 // (2) The lexicon's file is always the old or the new image: saveLexFile
 //     writes every line to "AAAAORTH.TMP" in the lexicon's folder and only
-//     then puts it in the file's place (replaceLexFile). A short write deletes
-//     the temporary file and leaves the lexicon's file untouched.
-// (3) fileTime is the file's modification time when memory last matched the
-//     file. TLex_Open, TLex_Create, syncLexFile and a successful save set it;
-//     a failed save leaves it alone, so no reload drops the unsaved change
-//     and the next change saves it along with its own.
-// (4) Every entry that TLex_Add accepts reads back from the file as it was
+//     then renames it over the file (platReplace), which is never deleted
+//     first. A short write deletes the temporary file and leaves the
+//     lexicon's file untouched; a failed rename keeps it, as it may then
+//     hold the only copy of the entries.
+// (3) Writers in several processes share that temporary name. A change
+//     owns the temporary file (beginSave, platOpenOwned) from before its
+//     reload until after its rename (finishSave), so no other writer's save
+//     falls between the two and no word another process saved is lost.
+//     When it can't be had, the change is made in memory only and reported
+//     as the save's failure.
+// (4) fileTime, fileSum and fileSize describe the file when memory last
+//     matched it. TLex_Open, TLex_Create, syncLexFile and a successful save
+//     set them; a failed save leaves them alone, so no reload drops the
+//     unsaved change and the next change saves it along with its own.
+//     syncLexFile reloads when the file's time is later or its bytes differ,
+//     so a change within the same second is seen too.
+// (5) Every entry that TLex_Add accepts reads back from the file as it was
 //     written: its line fits kTLexMaxLine, it is not empty, does not begin
 //     with '#', holds no CR or LF, and in a change lexicon its word holds no
-//     colon (checkEntry).
-// (5) headerless is set by loadLexFile when the file has no valid sentinel
+//     colon (checkEntry). Every entry that loadLexFile accepts does too: it
+//     skips lines holding a zero byte and lines of 78 characters (there only
+//     at the end of a file without CR LF), which would come back cut or with
+//     the CR of their line end.
+// (6) headerless is set by loadLexFile when the file has no valid sentinel
 //     and cleared only by TLex_Open; saves of a headerless lexicon write no
-//     sentinel line.
-// (6) A memory-only lexicon (empty path) never touches a file.
+//     sentinel line, unless it has no entries: an empty file could not be
+//     opened again.
+// (7) A memory-only lexicon (empty path) never touches a file.
 #include "lex/tlex.h"
 
 #include <algorithm>
@@ -180,16 +194,24 @@ int16_t loadLexFile(int32_t handle, TLexState *state) {
             return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
         }
     }
-    while (fileReadLine(handle, line, sizeof line) >= 0) {
-        if (line[0] == '\0' || line[0] == '#') continue;
+    unsigned long skipped = 0;
+    int32_t len;
+    while ((len = fileReadLine(handle, line, sizeof line)) >= 0) {
+        if (len == 0 || line[0] == '#') continue;
+        if (std::strlen(line) != static_cast<size_t>(len) || len == kTLexMaxLine + 1) {
+            ++skipped;  // would not read back as written (invariant 5)
+            continue;
+        }
         int16_t rc = appendLine(state, line);
         if (rc < 0) {
             freeLexEntries(state);
             return rc;
         }
     }
-    std::sort(state->entries, state->entries + state->count,
-              [](const TLexEntry &a, const TLexEntry &b) { return compareBytes(a.word, b.word) < 0; });
+    if (skipped > 0) engineLog("loadLexFile: %lu unreadable lines skipped", skipped);
+    // Stable, so that equal words keep the file's order through a save.
+    std::stable_sort(state->entries, state->entries + state->count,
+                     [](const TLexEntry &a, const TLexEntry &b) { return compareBytes(a.word, b.word) < 0; });
     return 0;
 }
 
@@ -207,19 +229,6 @@ void makeTempPath(const char *path, char out[kTempPathSize]) {
     std::snprintf(out, kTempPathSize, "%.*s%c%s", folderLen, path, platPathSeparator(), kTempName);
 }
 
-// Puts the finished temporary file in the lexicon file's place. Renaming
-// over the file first keeps the old or the new image on disk where the
-// platform replaces atomically; elsewhere the old file is deleted and the
-// rename retried. 0; ORTH_FILE_WRITE_ERR when the rename still fails, with
-// the temporary file kept, since it may be the only copy of the entries.
-int16_t replaceLexFile(const char *tempPath, const char *path) {
-    if (platRename(tempPath, path) == 0) return 0;
-    platRemove(path);
-    if (platRename(tempPath, path) == 0) return 0;
-    engineLog("saveLexFile: rename error; entries kept in %s", tempPath);
-    return ORTH_FILE_WRITE_ERR;
-}
-
 // The line an entry is saved as, into out (size bytes). False when it does
 // not fit, which checkEntry rules out for every entry it lets in.
 bool formatEntryLine(const TLexState *state, const TLexEntry &entry, char *out, size_t size) {
@@ -231,59 +240,118 @@ bool formatEntryLine(const TLexState *state, const TLexEntry &entry, char *out, 
     return n >= 0 && static_cast<size_t>(n) < size;
 }
 
-// Writes the lexicon to its file through the temporary file.
-// 0; ORTH_FILE_OPEN_ERR when the temporary file can't be created;
-// ORTH_FILE_WRITE_ERR on a short write (temporary file deleted, lexicon file
-// untouched) or when the finished file can't be put in place.
-int16_t saveLexFile(TLexState *state) {
-    char tempPath[kTempPathSize];
-    makeTempPath(state->path, tempPath);
-    int32_t handle = fileOpen(tempPath, kFileCreate);
-    if (handle < 0) {
-        engineLog("saveLexFile: error opening %s", tempPath);
-        return ORTH_FILE_OPEN_ERR;
-    }
-    char line[2 * kLineBufSize];
-    bool ok = true;
-    if (!state->headerless) {
-        std::snprintf(line, sizeof line, "%cLID %04hd %hd %lu", '#', static_cast<int16_t>(state->language),
-                      static_cast<int16_t>(state->type), static_cast<unsigned long>(state->count));
-        ok = fileWriteLine(handle, line) >= 0;
-    }
-    for (uint32_t i = 0; ok && i < state->count; ++i) {
-        ok = formatEntryLine(state, state->entries[i], line, sizeof line) && fileWriteLine(handle, line) >= 0;
-    }
-    fileClose(handle);
-    if (!ok) {
-        engineLog("saveLexFile: file write err");
-        platRemove(tempPath);
-        return ORTH_FILE_WRITE_ERR;
-    }
-    return replaceLexFile(tempPath, state->path);
+// Records the file as memory now matches it: its time and the sum of its
+// bytes, read through handle (the file's own, or the temporary file that
+// has just become it).
+void stampFile(TLexState *state, int32_t handle, int32_t time) {
+    state->fileTime = time;
+    state->sumKnown = platFileSum(handle, &state->fileSum, &state->fileSize);
 }
 
-// Saves after a change and records the file's new time. 0, or the save's code.
-int16_t saveAndStamp(TLexState *state) {
-    if (!hasFile(state)) return 0;
-    int16_t rc = saveLexFile(state);
-    if (rc < 0) return rc;
-    state->fileTime = fileTime(state->path);
+// A change being saved: the owned temporary file, from before the reload to
+// after the rename (invariant 3). handle < 0: nothing owned.
+struct LexSave {
+    int32_t handle;
+    char tempPath[kTempPathSize];
+};
+
+// Takes the temporary file for a change of a file-backed lexicon.
+// 0; ORTH_FILE_OPEN_ERR after a log line when it can't be created or another
+// writer kept it for the whole wait.
+int16_t beginSave(const TLexState *state, LexSave *save) {
+    makeTempPath(state->path, save->tempPath);
+    save->handle = platOpenOwned(save->tempPath, kSaveWaitMs);
+    if (save->handle == kPlatOwnedBusy) {
+        engineLog("saveLexFile: error opening %s: another writer holds it", save->tempPath);
+        return ORTH_FILE_OPEN_ERR;
+    }
+    if (save->handle < 0) {
+        engineLog("saveLexFile: error opening %s", save->tempPath);
+        return ORTH_FILE_OPEN_ERR;
+    }
     return 0;
 }
 
-// Reloads the file when another writer gave it a later modification time.
-// 0; ORTH_FILE_NOT_FOUND_ERR when it can't be opened; or the load's code.
+// Lets go of the temporary file when nothing is to be saved; it holds
+// nothing worth keeping.
+void abandonSave(LexSave *save) {
+    if (save->handle < 0) return;
+    platRemove(save->tempPath);
+    platCloseOwned(save->handle);
+    save->handle = -1;
+}
+
+// Writes the lexicon into the owned temporary file and renames it over the
+// lexicon's file, then lets go of it. 0; ORTH_FILE_WRITE_ERR on a short write
+// (temporary file deleted, lexicon file untouched) or when the rename fails
+// (temporary file kept, lexicon file untouched).
+int16_t saveLexFile(TLexState *state, LexSave *save) {
+    char line[2 * kLineBufSize];
+    bool ok = true;
+    // An empty file is no lexicon (the probe refuses it): a headerless
+    // lexicon without entries is saved with its sentinel.
+    if (!state->headerless || state->count == 0) {
+        std::snprintf(line, sizeof line, "%cLID %04hd %hd %lu", '#', static_cast<int16_t>(state->language),
+                      static_cast<int16_t>(state->type), static_cast<unsigned long>(state->count));
+        ok = fileWriteLine(save->handle, line) >= 0;
+    }
+    for (uint32_t i = 0; ok && i < state->count; ++i) {
+        ok = formatEntryLine(state, state->entries[i], line, sizeof line) && fileWriteLine(save->handle, line) >= 0;
+    }
+    if (!ok) {
+        engineLog("saveLexFile: file write err");
+        abandonSave(save);
+        return ORTH_FILE_WRITE_ERR;
+    }
+    if (platReplace(save->tempPath, state->path) != 0) {
+        engineLog("saveLexFile: rename error; entries kept in %s", save->tempPath);
+        platCloseOwned(save->handle);
+        save->handle = -1;
+        return ORTH_FILE_WRITE_ERR;
+    }
+    stampFile(state, save->handle, fileTime(state->path));
+    platCloseOwned(save->handle);
+    save->handle = -1;
+    return 0;
+}
+
+// Ends a change made in memory: saves it when the temporary file was had,
+// else reports why it was not (beginSaveRc). 0, or the save's code.
+int16_t commitChange(TLexState *state, LexSave *save, int16_t beginSaveRc) {
+    if (!hasFile(state)) return 0;
+    if (beginSaveRc < 0) return beginSaveRc;
+    return saveLexFile(state, save);
+}
+
+// Reloads the file when another writer changed it: its time is later, or
+// its bytes differ from those memory last matched. 0; ORTH_FILE_NOT_FOUND_ERR
+// when a changed file can't be opened; or the load's code.
 int16_t syncLexFile(TLexState *state) {
     int32_t now = fileTime(state->path);
-    if (state->fileTime >= now) return 0;
+    bool later = state->fileTime < now;
     int32_t handle = fileOpen(state->path, kFileRead);
     if (handle < 0) {
+        if (!later) return 0;
         engineLog("syncLexFile: file open error; file=%s", state->path);
         return ORTH_FILE_NOT_FOUND_ERR;
     }
+    uint64_t sum = 0;
+    uint32_t size = 0;
+    bool summed = platFileSum(handle, &sum, &size);
+    bool differs = summed && state->sumKnown && (sum != state->fileSum || size != state->fileSize);
+    if (!later && !differs) {
+        fileClose(handle);
+        return 0;
+    }
+    fileSeek(handle, 0, 0);  // a failed seek leaves nothing to read: the load reports it
     int16_t rc = loadLexFile(handle, state);
+    if (rc == 0) {
+        state->fileTime = now;
+        state->fileSum = sum;
+        state->fileSize = size;
+        state->sumKnown = summed;
+    }
     fileClose(handle);
-    if (rc == 0) state->fileTime = now;
     return rc;
 }
 
@@ -321,6 +389,7 @@ void resetState(TLexState *state) {
     state->capacity = 0;
     state->headerless = false;
     state->path[0] = '\0';
+    state->sumKnown = false;
 }
 
 }  // namespace
@@ -389,7 +458,8 @@ int16_t TLex_Open(const char *path, TLexState *state) {
         engineLog("TLex_Open: path too long; file=%s", path);
         return ORTH_FILE_NOT_FOUND_ERR;
     }
-    state->fileTime = fileTime(path);
+    stampFile(state, handle, fileTime(path));
+    fileSeek(handle, 0, 0);
     int16_t rc = loadLexFile(handle, state);
     fileClose(handle);
     return rc;
@@ -417,6 +487,7 @@ int16_t TLex_Create(const char *path, int16_t type, uint16_t language, TLexState
         char line[kLineBufSize];
         std::snprintf(line, sizeof line, "%cLID %04hd %hd %d", '#', static_cast<int16_t>(language), type, 0);
         bool ok = fileWriteLine(handle, line) >= 0;
+        if (ok) stampFile(state, handle, 0);
         fileClose(handle);
         // A file without its sentinel could not be opened again: remove it.
         if (!ok) {
@@ -440,17 +511,22 @@ int16_t TLex_Add(TLexState *state, const char *word, const char *replacement) {
         return ORTH_INVALID_WORD_ERR;
     }
     if (findEntry(state, word) >= 0) return 0;
+    LexSave save{-1, ""};
+    int16_t saveRc = 0;
     if (hasFile(state)) {
+        saveRc = beginSave(state, &save);
         int16_t rc = syncLexFile(state);
-        if (rc < 0) return rc;
         // The reload may have brought the word in.
-        if (findEntry(state, word) >= 0) return 0;
+        if (rc < 0 || findEntry(state, word) >= 0) {
+            abandonSave(&save);
+            return rc;
+        }
     }
     int16_t rc = checkEntry(state, word, replacement);
-    if (rc < 0) return rc;
-    if (state->count == state->capacity) {
-        rc = growLex(state);
-        if (rc < 0) return rc;
+    if (rc == 0 && state->count == state->capacity) rc = growLex(state);
+    if (rc < 0) {
+        abandonSave(&save);
+        return rc;
     }
     char *wordCopy = copyString(word, std::strlen(word));
     bool keepReplacement = replacement != nullptr && replacement[0] != '\0';
@@ -458,6 +534,7 @@ int16_t TLex_Add(TLexState *state, const char *word, const char *replacement) {
     if (wordCopy == nullptr || (keepReplacement && replacementCopy == nullptr)) {
         std::free(wordCopy);
         std::free(replacementCopy);
+        abandonSave(&save);
         engineLog("TLex_Add: out of memory");
         return ORTH_OUT_OF_MEMORY_ERR;
     }
@@ -466,17 +543,24 @@ int16_t TLex_Add(TLexState *state, const char *word, const char *replacement) {
     state->entries[at].word = wordCopy;
     state->entries[at].replacement = replacementCopy;
     ++state->count;
-    return saveAndStamp(state);
+    return commitChange(state, &save, saveRc);
 }
 
 int16_t TLex_Delete(TLexState *state, const char *word) {
+    LexSave save{-1, ""};
+    int16_t saveRc = 0;
     if (hasFile(state)) {
+        saveRc = beginSave(state, &save);
         int16_t rc = syncLexFile(state);
-        if (rc < 0) return rc;
+        if (rc < 0) {
+            abandonSave(&save);
+            return rc;
+        }
     }
-    if (state->count == 0 || word == nullptr) return ORTH_WORD_NOT_FOUND_ERR;
-    int64_t found = findEntry(state, word);
+    int64_t found = (state->count == 0 || word == nullptr) ? -1 : findEntry(state, word);
     if (found < 0) {
+        abandonSave(&save);
+        if (state->count == 0 || word == nullptr) return ORTH_WORD_NOT_FOUND_ERR;
         engineLog("TLex_Delete: %s not found", word);
         return ORTH_WORD_NOT_FOUND_ERR;
     }
@@ -485,16 +569,19 @@ int16_t TLex_Delete(TLexState *state, const char *word) {
     std::free(state->entries[at].replacement);
     std::memmove(state->entries + at, state->entries + at + 1, (state->count - at - 1) * sizeof(TLexEntry));
     --state->count;
-    return saveAndStamp(state);
+    return commitChange(state, &save, saveRc);
 }
 
+// Clearing saves without reloading first: whatever the file holds goes.
 int16_t TLex_Clear(TLexState *state) {
+    LexSave save{-1, ""};
+    int16_t saveRc = hasFile(state) ? beginSave(state, &save) : 0;
     for (uint32_t i = 0; i < state->count; ++i) {
         std::free(state->entries[i].word);
         std::free(state->entries[i].replacement);
     }
     state->count = 0;
-    return saveAndStamp(state);
+    return commitChange(state, &save, saveRc);
 }
 
 int16_t TLex_Lookup(TLexState *state, const char *word, int16_t charSet, bool caseSensitive,

@@ -21,6 +21,11 @@ struct TLexState {
     uint32_t count;
     uint32_t capacity;   // grows by 32
     int32_t fileTime;    // modification time when this state last matched the file
+    // The size and checksum of the file's bytes when this state last matched
+    // it (sumKnown false: not known, the time alone decides a reload).
+    uint64_t fileSum;
+    uint32_t fileSize;
+    bool sumKnown;
     char path[kPathBufSize];  // empty: memory only
     bool headerless;     // the file had no sentinel line; saves write none
 };
@@ -42,13 +47,15 @@ int16_t TLex_Create(const char *path, int16_t type, uint16_t language, TLexState
 void TLex_Close(TLexState *state);
 
 // Changes, each saved at once for a file-backed lexicon after reloading a
-// file another writer changed. Results: 0; ORTH_INVALID_WORD_ERR (TLex_Add:
+// file another writer changed; writers in other processes wait for each
+// other's save (up to kSaveWaitMs). Results: 0; ORTH_INVALID_WORD_ERR (TLex_Add:
 // an entry that would not read back whole: empty, beginning with '#', holding
 // CR or LF, a colon in a change lexicon's word, or a line over kTLexMaxLine);
 // ORTH_WORD_NOT_FOUND_ERR (TLex_Delete); ORTH_OUT_OF_MEMORY_ERR; the reload's
 // ORTH_FILE_NOT_FOUND_ERR or ORTH_UNKNOWN_LEXICON_TYPE_ERR; the save's
-// ORTH_FILE_OPEN_ERR or ORTH_FILE_WRITE_ERR, with the change kept in memory
-// and the file as it was, so the next change saves both.
+// ORTH_FILE_OPEN_ERR (also when another writer kept the temporary file for
+// the whole wait) or ORTH_FILE_WRITE_ERR, with the change kept in memory and
+// the file as it was, so the next change saves both.
 int16_t TLex_Add(TLexState *state, const char *word, const char *replacement);
 int16_t TLex_Delete(TLexState *state, const char *word);
 int16_t TLex_Clear(TLexState *state);

@@ -12,3 +12,9 @@ bool createShouldFail();  // counts the create
 inline bool writeShouldFail() { return false; }
 inline bool createShouldFail() { return false; }
 #endif
+
+#ifdef ORTH_FAULT_SEAMS
+uint32_t cappedOwnedWait(uint32_t waitMs);  // waitMs, or the cap a test set
+#else
+inline uint32_t cappedOwnedWait(uint32_t waitMs) { return waitMs; }
+#endif

@@ -1,7 +1,8 @@
 // platform/platform.h — the operating-system layer. Everything the engine asks
 // of the OS goes through here: files by handle, file times, delete and rename,
-// the local clock, the user-language letter test, the path separator and the
-// library's own module and file name.
+// the local clock, the user-language letter test, the path separator, the
+// library's own module and file name, and the locks that let writers in
+// several processes share a file name.
 // platform/posix/ implements it over POSIX calls, platform/win32/ over Win32.
 //
 // Test builds (ORTH_FAULT_SEAMS) can make writes fail, so that tests walk a
@@ -40,6 +41,30 @@ void platDateText(const PlatTime &t, char out[25]);
 // Whether a byte is a letter in the user's language (Windows' IsCharAlphaA).
 bool platIsCharAlpha(unsigned char c);
 
+// Writers that share one file name. Several processes may save into the
+// same folder at once, all through the same temporary file name; a writer
+// owns that file while it holds an exclusive lock on it (flock on POSIX,
+// LockFileEx on Windows; the system drops the lock of a killed process).
+// platOpenOwned opens or creates path without emptying it, waits up to
+// waitMs for the lock, makes sure the locked file is still the one named
+// path (another writer may have renamed it away meanwhile; then it starts
+// over) and only then empties it: a handle at position 0, or
+// kPlatOwnedFailed when the file can't be opened or created, or
+// kPlatOwnedBusy when another writer still held it after waitMs.
+// platCloseOwned unlocks and closes. Other processes can read the file while
+// it is owned; owners exclude only each other.
+constexpr int32_t kPlatOwnedFailed = -1;
+constexpr int32_t kPlatOwnedBusy = -2;
+int32_t platOpenOwned(const char *path, uint32_t waitMs);
+void platCloseOwned(int32_t handle);
+// Puts the file from in the place of to in one step, replacing it: a reader
+// of to sees the old or the new file, never none. 0, or -1 with both files
+// as they were (to is never deleted first).
+int platReplace(const char *from, const char *to);
+// The size and a 64-bit checksum of an open file's bytes from its start,
+// read in pieces; the position is left at the end. False on a read error.
+bool platFileSum(int32_t handle, uint64_t *sum, uint32_t *size);
+
 // The library's own module. A Windows DLL stores its module handle here when
 // it loads (DllMain); a program that links the engine statically stores
 // nothing, and the handle stays null. platModuleFileName (below) names it.
@@ -47,8 +72,10 @@ void platSetModuleHandle(void *module);
 void *platModuleHandle();
 
 // The host-integration layer's view of the system. Each call below maps one
-// to one onto a Windows call (named in its comment); platform/posix/ realises
-// the profile files and the registry as text files, see inifile.h there.
+// to one onto a Windows call (named in its comment), which platform/win32/
+// makes; platform/posix/ realises the profile files and the registry as text
+// files, see inifile.h there. Both refuse the same profile writes
+// (profilename.h).
 
 // Profile (INI) files: keys in [sections], section and key names matched
 // without regard to ASCII case. A bare file name (no '/' or '\\') lives in the
@@ -87,9 +114,11 @@ int32_t platRegOpenKey(PlatRegRoot root, const char *path, uint32_t access, Plat
 int32_t platRegCreateKey(PlatRegRoot root, const char *path, PlatRegKey *key);
 // RegQueryValueExA: type and data of a value. *size holds the capacity and
 // receives the value's size; a value larger than the capacity gives
-// kPlatRegMoreData and copies nothing. type, data (and then size) may be null.
+// kPlatRegMoreData and leaves nothing usable in data (POSIX copies nothing,
+// Windows leaves it undefined). type, data (and then size) may be null.
 int32_t platRegQueryValue(PlatRegKey key, const char *name, uint32_t *type, void *data, uint32_t *size);
-// RegSetValueExA: writes a kPlatRegSz or kPlatRegDword value.
+// RegSetValueExA: writes a kPlatRegSz or a 4-byte kPlatRegDword value;
+// any other type or size is refused with kPlatRegBadParam.
 int32_t platRegSetValue(PlatRegKey key, const char *name, uint32_t type, const void *data, uint32_t size);
 // RegCloseKey.
 void platRegCloseKey(PlatRegKey key);
@@ -104,8 +133,9 @@ uint32_t platModuleFileName(char *out, uint32_t size);
 // GetCurrentProcessId.
 uint32_t platProcessId();
 // The folder of the system profile, of bare profile names and of the user's
-// registry (on POSIX $XDG_CONFIG_HOME/orth, else $HOME/.config/orth). false
-// when it cannot be named or does not fit.
+// registry (on POSIX $XDG_CONFIG_HOME/orth, else $HOME/.config/orth; on
+// Windows the Windows folder, which holds WIN.INI). false when it cannot be
+// named or does not fit.
 bool platConfigFolder(char *out, uint32_t size);
 
 #ifndef _WIN32
@@ -140,4 +170,7 @@ void platFailWritesAfter(int n);
 // Fail the next n creates or opens for writing.
 void platFailCreates(int n);
 void platClearFaults();
+// Cap every wait of platOpenOwned at ms (until platClearFaults), so that a
+// test of a writer that gives up need not wait the full time.
+void platCapOwnedWait(uint32_t ms);
 #endif

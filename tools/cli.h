@@ -116,3 +116,8 @@ int runPipe(const GlobalOptions &opts, const std::vector<std::string> &args);
 // command; and "orth X.Y" on standard output, returning kExitOk.
 bool printCommandHelp(const std::string &command, FILE *out);
 int printVersion();
+
+// The dialogs in the terminal (tools/cli_check.cpp, tools/cli_interactive.cpp).
+int runCheck(const GlobalOptions &opts, const std::vector<std::string> &args);
+int runDicts(const GlobalOptions &opts, const std::vector<std::string> &args);
+int runOptions(const GlobalOptions &opts, const std::vector<std::string> &args);

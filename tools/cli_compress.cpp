@@ -1,5 +1,6 @@
 // tools/cli_compress.cpp — `orth compress`: builds a compressed lexicon from
-// sorted word files and an optional suffix file.
+// sorted word files and an optional suffix file, and from an optional
+// frequency list its commonness file (OUT.FRQ beside OUT.CLX).
 //
 // The files are UTF-8 text with LF or CR LF line ends. Each is first copied
 // to a temporary file in the engine's form (character set 0 bytes, CR LF
@@ -104,21 +105,45 @@ bool parseNumber(const std::string &s, long lo, long hi, long *out) {
     return true;
 }
 
+// Builds OUT.FRQ from the frequency list, converted like the word files.
+// False after reporting the file, the line and the reason.
+bool buildCommonness(int16_t session, const std::string &output, const std::string &list, bool convert) {
+    TempFile copy;
+    uint32_t line = 0;
+    if (!prepareFile(list, output + ".freq.tmp", convert, &copy, &line)) {
+        if (line != 0) reportLineError(list, line, "character outside the character set");
+        return false;
+    }
+    line = 0;
+    int16_t rc = ORTH_CompressLexFreq(session, output.c_str(), copy.path.c_str(), &line);
+    if (rc == ORTH_INVALID_WORD_ERR) {
+        reportLineError(list, line, "expected a word and a count");
+        return false;
+    }
+    if (rc < 0) {
+        reportError("%s: %s", list.c_str(), describeResult(rc).c_str());
+        return false;
+    }
+    return true;
+}
+
 }  // namespace
 
 int runCompress(const GlobalOptions &, const std::vector<std::string> &args) {
-    std::string output, suffixes;
+    std::string output, suffixes, frequencies;
     long language = 1033, charset = 0;
     std::vector<std::string> files;
     for (size_t i = 0; i < args.size(); ++i) {
         const std::string &a = args[i];
         bool hasValue = i + 1 < args.size();
-        if ((a == "-o" || a == "--suffixes" || a == "--language" || a == "--charset") && !hasValue) {
+        if ((a == "-o" || a == "--suffixes" || a == "--language" || a == "--charset" ||
+             a == "--frequencies") && !hasValue) {
             reportError("compress: %s needs a value", a.c_str());
             return kExitError;
         }
         if (a == "-o") output = args[++i];
         else if (a == "--suffixes") suffixes = args[++i];
+        else if (a == "--frequencies") frequencies = args[++i];
         else if (a == "--language") {
             if (!parseNumber(args[++i], 0, 65535, &language)) {
                 reportError("compress: bad language id %s", args[i].c_str());
@@ -135,7 +160,8 @@ int runCompress(const GlobalOptions &, const std::vector<std::string> &args) {
         } else files.push_back(a);
     }
     if (output.empty() || files.empty()) {
-        reportError("compress: usage: orth compress -o OUT.CLX [--suffixes FILE] [--language ID] [--charset N] WORDFILE...");
+        reportError("compress: usage: orth compress -o OUT.CLX [--suffixes FILE] [--language ID] [--charset N] "
+                    "[--frequencies FILE] WORDFILE...");
         return kExitError;
     }
     bool convert = charset == 0 || charset == 4;
@@ -183,7 +209,7 @@ int runCompress(const GlobalOptions &, const std::vector<std::string> &args) {
     if (ok) {
         rc = ORTH_CompressLexEnd(session);
         if (rc < 0) reportError("%s: %s", output.c_str(), describeResult(rc).c_str());
-        else status = kExitOk;
+        else if (frequencies.empty() || buildCommonness(session, output, frequencies, convert)) status = kExitOk;
     } else {
         ORTH_CompressLexAbort(session);
     }

@@ -35,7 +35,8 @@ const CommandHelp kHelp[] = {
      "\n"
      "Exit status: 0 all correct, 1 some word misspelled, 2 usage or file errors.\n"},
     {"compress",
-     "Usage: orth compress -o OUT.CLX [--suffixes FILE] [--language ID] [--charset N] WORDFILE...\n"
+     "Usage: orth compress -o OUT.CLX [--suffixes FILE] [--language ID] [--charset N]\n"
+     "                     [--frequencies FILE] WORDFILE...\n"
      "\n"
      "Build a compressed dictionary from word files (UTF-8, one word a line,\n"
      "sorted byte-wise). Errors name FILE:LINE and the reason.\n"
@@ -43,6 +44,8 @@ const CommandHelp kHelp[] = {
      "  --suffixes FILE  suffix table used to code word endings\n"
      "  --language ID    Windows language id of the words (default 1033)\n"
      "  --charset N      character set 0 to 9 (default 0, ISO 8859-1)\n"
+     "  --frequencies FILE  word counts (\"word count\" a line): also writes\n"
+     "                   OUT.FRQ, the commonness the ranked suggester ranks by\n"
      "\n"
      "Exit status: 0 written, 2 usage, file or word-list errors.\n"},
     {"lex",
@@ -61,8 +64,8 @@ const CommandHelp kHelp[] = {
      "\n"
      "Exit status: 0 done, 2 usage or file errors.\n"},
     {"pipe",
-     "Usage: orth pipe [-d DIR|NAME] [-p FILE] [-i UTF-8] [-t]\n"
-     "       orth -a [-d DIR|NAME] [-p FILE] [-i UTF-8] [-t]\n"
+     "Usage: orth pipe [-d DIR|NAME] [-p FILE] [-i UTF-8] [-t] [--defined]\n"
+     "       orth -a [-d DIR|NAME] [-p FILE] [-i UTF-8] [-t] [--defined]\n"
      "       orth -l [-d DIR|NAME] [-p FILE] [-t] [FILE...]\n"
      "       orth -v | -vv | -D\n"
      "\n"
@@ -88,6 +91,8 @@ const CommandHelp kHelp[] = {
      "  -p FILE   personal word list (default ~/.config/orth/NAME.tlx)\n"
      "  -i UTF-8  text encoding; UTF-8 is the only one\n"
      "  -t        TeX mode from the start\n"
+     "  --defined suggestions in the engine's defined order (ORTH_Suggest);\n"
+     "            the default is the ranked suggester, best guess first\n"
      "\n"
      "Exit status: 0 end of input (also when -l found misspellings, as editors\n"
      "expect), 2 usage, file or dictionary errors.\n"},

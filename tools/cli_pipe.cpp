@@ -42,6 +42,7 @@ enum class PipeAction { None, Pipe, List, Version, Dictionaries, Help, OrthVersi
 struct PipeSettings {
     PipeAction action = PipeAction::None;
     bool tex = false;
+    SuggestRanking ranking = SuggestRanking::Ranked;  // --defined: ORTH_Suggest's order
     std::vector<std::string> files;  // -l input files
 };
 
@@ -54,6 +55,7 @@ struct PipeState {
     std::vector<std::string> unsaved;
     bool terse = false;
     bool tex = false;
+    SuggestRanking ranking = SuggestRanking::Ranked;
     CapsMemo caps;
 };
 
@@ -85,6 +87,7 @@ bool parseArgs(const std::vector<std::string> &args, GlobalOptions *opts, PipeSe
         } else if (a == "-v" || a == "-vv") ps->action = PipeAction::Version;
         else if (a == "-D") ps->action = PipeAction::Dictionaries;
         else if (a == "-t") ps->tex = true;
+        else if (a == "--defined") ps->ranking = SuggestRanking::Defined;
         else if (a == "-d" || a == "-p" || a == "-i") {
             if (i + 1 >= args.size()) {
                 reportError("%s needs a value (see orth --help)", a.c_str());
@@ -257,7 +260,7 @@ Verdict checkLineWord(PipeState *st, const LineWord &w, bool wantCompound, std::
 std::string rejectionLine(PipeState *st, const LineWord &w, uint32_t offset, const std::string &change) {
     std::vector<FrontSuggestion> sugs;
     if (!w.foreign && w.bytes.size() <= static_cast<size_t>(kMaxWordLen) &&
-        frontSuggest(st->ds.session, w.bytes.c_str(), 25, &sugs) == 0)
+        frontSuggest(st->ds.session, w.bytes.c_str(), 25, &sugs, st->ranking) == 0)
         keepLikelySuggestions(&sugs, kMaxListed);
     std::vector<std::string> shown;
     if (!change.empty()) shown.push_back(change);
@@ -459,6 +462,7 @@ int runIspell(const GlobalOptions &global, const std::vector<std::string> &args)
     std::ios::sync_with_stdio(false);
     PipeState st;
     st.tex = ps.tex;
+    st.ranking = ps.ranking;
     if (!openDictionary(opts, &st.ds)) return kExitError;
     int rc = ps.action == PipeAction::Pipe ? runPipeLoop(&st) : runListLoop(&st, ps.files);
     closeDictionary(&st.ds);

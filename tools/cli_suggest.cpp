@@ -1,5 +1,6 @@
 // tools/cli_suggest.cpp — `orth suggest`: for each word, whether it is
-// correct, or what it could be instead.
+// correct, or what it could be instead. Suggestions come from the ranked
+// suggester (ORTH_SuggestRanked), or with --defined from ORTH_Suggest.
 //
 // Output, one line per word, the word as the user wrote it:
 //   * WORD                          the word is correct
@@ -18,7 +19,7 @@ constexpr int kSugBufSize = 25 * 64 + 1;  // room for 25 words of 63 characters
 constexpr int16_t kMinShownScore = 50;    // weaker candidates are noise
 
 // Checks one word; prints its line; returns true when it is correct.
-bool suggestWord(int16_t session, const std::string &shown, const Encoded &enc, bool *failed) {
+bool suggestWord(int16_t session, const std::string &shown, const Encoded &enc, bool defined, bool *failed) {
     std::string bytes = enc.bytes.substr(0, 63);
     std::string out;
     bool correct = false;
@@ -38,7 +39,8 @@ bool suggestWord(int16_t session, const std::string &shown, const Encoded &enc, 
         } else {
             char list[kSugBufSize];
             int16_t scores[kMaxSugs] = {};
-            rc = ORTH_Suggest(session, bytes.c_str(), -1, list, kSugBufSize, scores, kMaxSugs);
+            rc = defined ? ORTH_Suggest(session, bytes.c_str(), -1, list, kSugBufSize, scores, kMaxSugs)
+                         : ORTH_SuggestRanked(session, bytes.c_str(), list, kSugBufSize, scores, kMaxSugs);
             if (rc < 0 && rc != ORTH_BUFFER_TOO_SMALL_ERR) list[0] = '\0';
             list[kSugBufSize - 1] = '\0';
             // Suggestions come back with the plain apostrophe; give them the
@@ -85,9 +87,10 @@ bool wordsOfText(int16_t session, const std::string &text, std::vector<std::stri
 
 int runSuggest(const GlobalOptions &opts, const std::vector<std::string> &args) {
     std::vector<std::string> words;
-    bool onlyWords = false;
+    bool onlyWords = false, defined = false;
     for (const std::string &a : args) {
         if (!onlyWords && a == "--") onlyWords = true;
+        else if (!onlyWords && a == "--defined") defined = true;
         else if (!onlyWords && a.size() > 1 && a[0] == '-') {
             reportError("suggest: unknown option %s (see orth --help)", a.c_str());
             return kExitError;
@@ -108,7 +111,7 @@ int runSuggest(const GlobalOptions &opts, const std::vector<std::string> &args) 
     bool allCorrect = true;
     for (const std::string &w : words) {
         if (w.empty()) continue;
-        if (!suggestWord(ds.session, w, encodeUtf8(w), &failed)) allCorrect = false;
+        if (!suggestWord(ds.session, w, encodeUtf8(w), defined, &failed)) allCorrect = false;
     }
     closeDictionary(&ds);
     std::fflush(stdout);

@@ -5,7 +5,8 @@
 //
 // Design notes
 // (1) The engine is asked, never changed: every answer starts from
-//     ORTH_CheckWord or ORTH_Suggest under the session's own options, and
+//     ORTH_CheckWord, ORTH_Suggest or ORTH_SuggestRanked under the session's
+//     own options, and
 //     the only session change (acceptedBySplitting) is undone before return.
 // (2) An all-capitals word is tried cheaply first (its capitalised and
 //     lower-case forms, which settle nearly every case); only then are the
@@ -98,11 +99,14 @@ bool hasPossessiveEnding(const std::string &w, int cs) {
 }
 
 // The one call that asks the engine for suggestions.
-int16_t fetchSuggestions(int16_t session, const char *word, uint16_t maxCount, std::vector<FrontSuggestion> *out) {
+int16_t fetchSuggestions(int16_t session, const char *word, uint16_t maxCount, SuggestRanking ranking,
+                         std::vector<FrontSuggestion> *out) {
     std::vector<char> list(64u * maxCount + 1u);
     std::vector<int16_t> scores(maxCount);
-    int16_t rc = ORTH_Suggest(session, word, -1, list.data(), static_cast<int32_t>(list.size()), scores.data(),
-                              maxCount);
+    auto size = static_cast<int32_t>(list.size());
+    int16_t rc = ranking == SuggestRanking::Ranked
+                     ? ORTH_SuggestRanked(session, word, list.data(), size, scores.data(), maxCount)
+                     : ORTH_Suggest(session, word, -1, list.data(), size, scores.data(), maxCount);
     if (rc < 0 && rc != ORTH_BUFFER_TOO_SMALL_ERR) return rc;
     list.back() = '\0';
     size_t pos = 0;
@@ -185,13 +189,14 @@ bool acceptedBySplitting(int16_t session, const char *word) {
     return rc >= 0 && (rc & ORTH_CHK_MISSPELLED) != 0;
 }
 
-int16_t frontSuggest(int16_t session, const char *word, int maxCount, std::vector<FrontSuggestion> *out) {
+int16_t frontSuggest(int16_t session, const char *word, int maxCount, std::vector<FrontSuggestion> *out,
+                     SuggestRanking ranking) {
     out->clear();
     if (maxCount <= 0) return 0;
     // Repeats are dropped below, so ask for a few more than are wanted.
     int asked = maxCount + maxCount / 2 + 2;
     std::vector<FrontSuggestion> raw;
-    int16_t rc = fetchSuggestions(session, word, static_cast<uint16_t>(asked > 100 ? 100 : asked), &raw);
+    int16_t rc = fetchSuggestions(session, word, static_cast<uint16_t>(asked > 100 ? 100 : asked), ranking, &raw);
     if (rc < 0) return rc;
     int cs = charSetOf(session);
     bool possessive = hasPossessiveEnding(word, cs);

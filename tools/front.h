@@ -56,10 +56,15 @@ struct FrontSuggestion {
     std::string word;  // 8-bit
     int16_t score;
 };
+// Which ranking a front end offers: the ranked suggester (ORTH_SuggestRanked,
+// the default of every Linux front end) or the defined one (ORTH_Suggest at
+// depth -1, as the dialogs and the dictionary library use it).
+enum class SuggestRanking { Ranked, Defined };
 // At most maxCount suggestions for word, best first: the engine's list with
 // a doubled possessive ending reduced to one and later repeats dropped.
 // Negative: the engine's result code (out is then empty).
-int16_t frontSuggest(int16_t session, const char *word, int maxCount, std::vector<FrontSuggestion> *out);
+int16_t frontSuggest(int16_t session, const char *word, int maxCount, std::vector<FrontSuggestion> *out,
+                     SuggestRanking ranking = SuggestRanking::Ranked);
 // The suggestions a reader wants to see: those scoring at least 50 and
 // within 20 of the best, at most maxShown.
 void keepLikelySuggestions(std::vector<FrontSuggestion> *sugs, size_t maxShown);

@@ -5,6 +5,7 @@
 
 #include "orth.h"
 #include "tools/cli.h"
+#include "tools/interactive.h"
 
 namespace {
 
@@ -21,19 +22,27 @@ void printUsage(FILE *out) {
         "      once per occurrence, one per line. A doubled word is printed as\n"
         "      \"the the\" (--no-doubled: not reported). With --capitals, a line whose\n"
         "      first word has no capital reports that word.\n"
-        "  suggest [WORD...]\n"
+        "  suggest [--defined] [WORD...]\n"
         "      Check each word (each word of standard input when none) and print:\n"
         "        * WORD                           correct\n"
         "        & WORD: SUG (SCORE), SUG (SCORE)  suggestions scoring 50 or more\n"
         "        # WORD                           misspelled, nothing to suggest\n"
-        "  compress -o OUT.CLX [--suffixes FILE] [--language ID] [--charset N] WORDFILE...\n"
-        "      Build a compressed lexicon from sorted word files (one word a line).\n"
+        "      Suggestions are ranked by how people mistype and how common each\n"
+        "      word is; --defined gives the engine's defined ranking instead.\n"
+        "  compress -o OUT.CLX [--suffixes FILE] [--language ID] [--charset N]\n"
+        "           [--frequencies FILE] WORDFILE...\n"
+        "      Build a compressed lexicon from sorted word files (one word a line);\n"
+        "      with a frequency list (\"word count\" lines) also OUT.FRQ beside it,\n"
+        "      which ranks suggestions by how common each word is.\n"
         "  lex create FILE [--type ignore|exclude|auto|conditional] [--language ID]\n"
         "  lex add FILE WORD[:REPLACEMENT]...    lex delete FILE WORD...\n"
         "  lex list FILE    lex import FILE [TEXT]    lex export FILE [TEXT]\n"
         "      Edit a text lexicon (.TLX). The change types take WORD:REPLACEMENT.\n"
         "  pipe [-t]   (also: orth -a, orth -l, orth -vv, orth -D)\n"
         "      The Ispell pipe protocol for editors (Emacs, ...); see orth pipe --help.\n"
+        "  check [--no-backup] FILE...    dicts    options\n"
+        "      Check files with the user in the terminal, stop by stop; manage the\n"
+        "      personal dictionaries; set the options (see orth check --help).\n"
         "\n"
         "Options:\n"
         "  -d DIR    dictionary folder holding MAIN.CLX (and MAIN.TLX), or a name\n"
@@ -67,7 +76,8 @@ int main(int argc, char **argv) {
         } else if (!positional && a == "--version") {
             return printVersion();
         } else if (!positional && (a == "--help" || a == "-h")) {
-            if (command.empty() || !printCommandHelp(command, stdout)) printUsage(stdout);
+            if (command.empty() || (!printCommandHelp(command, stdout) && !printInteractiveHelp(command, stdout)))
+                printUsage(stdout);
             return kExitOk;
         } else if (command.empty()) {
             if (a.size() > 1 && a[0] == '-') {
@@ -85,6 +95,9 @@ int main(int argc, char **argv) {
     if (command == "compress") return runCompress(opts, args);
     if (command == "lex") return runLex(opts, args);
     if (command == "pipe") return runPipe(opts, args);
+    if (command == "check") return runCheck(opts, args);
+    if (command == "dicts") return runDicts(opts, args);
+    if (command == "options") return runOptions(opts, args);
     if (command.empty()) printUsage(stderr);
     else reportError("unknown command %s (see orth --help)", command.c_str());
     return kExitError;

@@ -1,21 +1,34 @@
 // win32/dllmain.cpp — the load and unload notification of the Windows DLLs.
 //
 // (1) Loading stores the module handle in the platform layer (later asked for
-//     the DLL's own file name) and needs nothing else: the session table
-//     starts empty. The notification always succeeds.
+//     the DLL's own file name, beside which the settings' ORTH.INI is looked
+//     for) and needs nothing else: the session table starts empty. The
+//     notification always succeeds.
 // (2) Unloading closes no engine session: sessions that Dict handles or the
 //     host still hold stay as they are, and at process exit the system takes
 //     their memory and files. The client context is the one thing process
-//     detach closes, in a DLL that exports the client layer; neither of these
-//     exports it yet, so nothing else happens here.
+//     detach closes, in ORTH32.DLL (built with ORTH_DLL_CLIENT_LAYER), which
+//     exports the client layer: closeClient writes the session's options back
+//     to the settings store. There is no process-id check and no log line
+//     here; the static destructor in host/client.cpp, which closes the context
+//     where no unload notification does, stands aside in a DLL.
+//     TMSPL32.DLL refers to nothing of the client layer, so none of it is
+//     linked into that DLL.
 #include <windows.h>
 
 #include "platform/platform.h"
+#ifdef ORTH_DLL_CLIENT_LAYER
+#include "host/client.h"
+#endif
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved*/) {
     if (reason == DLL_PROCESS_ATTACH) {
         platSetModuleHandle(module);
         DisableThreadLibraryCalls(module);  // no per-thread state to set up
+    } else if (reason == DLL_PROCESS_DETACH) {
+#ifdef ORTH_DLL_CLIENT_LAYER
+        closeClient();
+#endif
     }
     return TRUE;
 }

@@ -20,6 +20,7 @@
 
 #include "platform/faults.h"
 #include "platform/platform.h"
+#include "platform/profilename.h"
 
 namespace {
 
@@ -233,19 +234,6 @@ bool applyProfileWrite(std::string *text, void *arg) {
     return true;
 }
 
-// Names that would not read back as written are refused: blanks at either
-// end, a line end, '=' in a key or ']' in a section, a key that would read
-// as a header or a comment.
-bool fitsProfileName(const char *s, bool isKey) {
-    std::string_view v(s);
-    if (v.empty() || trim(v).size() != v.size()) return false;
-    if (isKey && (v.front() == '[' || v.front() == ';' || v.front() == '#')) return false;
-    for (char c : v) {
-        if (c == '\n' || c == '\r' || c == (isKey ? '=' : ']')) return false;
-    }
-    return true;
-}
-
 }  // namespace
 
 IniLoad loadIniFile(const std::string &path, std::string *text) {
@@ -334,7 +322,7 @@ void setIniValue(std::string *text, IniMode mode, const char *section, const cha
 
 bool editIniFile(const std::string &path, IniMode mode, IniEdit edit, void *arg) {
     std::string target = writeTarget(path);
-    FolderLock lock(folderOf(target));
+    FolderLock lock(parentFolder(target));
     std::string text;
     if (loadIniFile(target, &text) == IniLoad::Failed) return false;
     std::string before = text;
@@ -343,7 +331,7 @@ bool editIniFile(const std::string &path, IniMode mode, IniEdit edit, void *arg)
     return replaceFile(target, text);
 }
 
-std::string folderOf(const std::string &path) {
+std::string parentFolder(const std::string &path) {
     size_t slash = path.rfind('/');
     if (slash == std::string::npos) return ".";
     return slash == 0 ? "/" : path.substr(0, slash);
@@ -352,7 +340,7 @@ std::string folderOf(const std::string &path) {
 bool makeFolders(const std::string &folder) {
     struct stat st;
     if (stat(folder.c_str(), &st) == 0) return S_ISDIR(st.st_mode);
-    std::string parent = folderOf(folder);
+    std::string parent = parentFolder(folder);
     if (parent != folder && parent != "." && !makeFolders(parent)) return false;
     return mkdir(folder.c_str(), 0700) == 0 || errno == EEXIST;
 }
@@ -383,15 +371,11 @@ uint32_t platGetPrivateProfileString(const char *section, const char *key, const
 
 bool platWritePrivateProfileString(const char *section, const char *key, const char *value,
                                    const char *file) {
-    if (section == nullptr || key == nullptr || value == nullptr) return false;
-    if (!fitsProfileName(section, false) || !fitsProfileName(key, true) ||
-        std::strpbrk(value, "\r\n") != nullptr) {
-        return false;
-    }
+    if (!profileWriteFits(section, key, value)) return false;
     try {
         std::string path;
         if (!profilePath(file, &path)) return false;
-        if (isBareName(file) && !makeFolders(folderOf(path))) return false;
+        if (isBareName(file) && !makeFolders(parentFolder(path))) return false;
         ProfileWrite w{section, key, value};
         return editIniFile(path, IniMode::Profile, applyProfileWrite, &w);
     } catch (const std::bad_alloc &) {

@@ -55,7 +55,7 @@ typedef bool (*IniEdit)(std::string *text, void *arg);
 bool editIniFile(const std::string &path, IniMode mode, IniEdit edit, void *arg);
 
 // path's folder; makeFolders creates it and its parents (mode 0700).
-std::string folderOf(const std::string &path);
+std::string parentFolder(const std::string &path);
 bool makeFolders(const std::string &folder);
 // The configuration folder joined with name; false when it has none.
 bool configFile(const char *name, std::string *out);

@@ -137,7 +137,7 @@ bool applyValueWrite(std::string *text, void *arg) {
 int32_t writeKeyFile(PlatRegRoot root, const std::string &section, const char *name,
                      const std::string *line) {
     std::string file;
-    if (!regFile(root, &file) || !makeFolders(folderOf(file))) return kPlatRegWriteFault;
+    if (!regFile(root, &file) || !makeFolders(parentFolder(file))) return kPlatRegWriteFault;
     std::string encodedName = name == nullptr ? "" : encode(name, std::strlen(name), true);
     ValueWrite w{section.c_str(), name == nullptr ? nullptr : encodedName.c_str(), line};
     return editIniFile(file, IniMode::Registry, applyValueWrite, &w) ? 0 : kPlatRegWriteFault;

@@ -26,6 +26,8 @@ typedef int16_t(HOST_CALL *CloseSessionFn)(int16_t);
 typedef void(HOST_CALL *VersionFn)(uint16_t *, uint16_t *);
 typedef const char *(HOST_CALL *CodeNameFn)(int16_t);
 typedef int16_t(HOST_CALL *CheckWordFn)(int16_t, uint32_t, const char *, char *, uint16_t);
+typedef int16_t(HOST_CALL *RegTreeNameFn)(char *, uint16_t);
+typedef void(HOST_CALL *StatisticsFn)(uint32_t *, uint32_t *, uint32_t *);
 
 int headersCpp(void); /* headers.cpp: the C++ view; the number of failed checks */
 
@@ -50,6 +52,9 @@ int main(void) {
     VersionFn version = ORTH_Version;
     CodeNameFn codeName = resultCodeName;
     CheckWordFn checkWord = ORTH_CheckWord;
+    RegTreeNameFn regTreeName = ORTH_GetRegTreeName;
+    StatisticsFn statistics = ORTH_GetStatistics;
+    uint32_t checked = 7;
     uint16_t major = 0, minor = 0;
     char buffer[64] = "";
     unsigned char record[256] = {0};
@@ -68,6 +73,10 @@ int main(void) {
     expect(dictClose(NULL) == 0 && dictCheck(NULL, "word") == 1 && dictAdd(NULL, "word") == 0 &&
                dictSug(NULL, buffer) == 0,
            "the Dict functions refuse a null handle");
+    /* The client level: a 16-bit size after a pointer, three pointers. */
+    expect(regTreeName(buffer, 5) == ORTH_OK && strcmp(buffer, "Soft") == 0, "ORTH_GetRegTreeName cut to 5");
+    statistics(&checked, NULL, NULL);
+    expect(checked == 0, "ORTH_GetStatistics before any check");
     failed += headersCpp();
     printf("headers: %d passed, %d failed\n", passed, failed);
     return failed == 0 ? 0 : 1;

@@ -136,7 +136,9 @@ TEST_F(CompressorInput, RefusedLinesGiveCodeLineNumberAndLogLine) {
         {{{"ab\tc"}}, ORTH_INVALID_WORD_ERR, 1, "LexSqFile: invalid word: ab\tc "},
         {{{"abc", "ab\x81"}}, ORTH_INVALID_WORD_ERR, 2, "LexSqFile: invalid word: ab\x81 "},
         {{Lines(1025, "a")}, ORTH_TOO_MANY_SMALL_WORDS_ERR, 1025, "LexSqFile: too many small words (a)"},
-        {{big}, ORTH_BUFFER_TOO_SMALL_ERR, 1500, "LexSqFile: segment ab too long (88514 bytes)"},
+        // The line of the word that takes the segment past 65535 bytes, not
+        // of the one that would close it.
+        {{big}, ORTH_BUFFER_TOO_SMALL_ERR, 1111, "LexSqFile: segment ab too long at " + big[1110] + " (65563 bytes)"},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.message);
@@ -145,6 +147,8 @@ TEST_F(CompressorInput, RefusedLinesGiveCodeLineNumberAndLogLine) {
         EXPECT_EQ(line, c.line);
         EXPECT_TRUE(logged(log, c.message));
     }
+    // One word fewer fits.
+    EXPECT_EQ(compress("e.clx", {Lines(big.begin(), big.begin() + 1110)}, {}, &line), 0);
 }
 
 TEST_F(CompressorInput, SmallWordsCheckedOnlyAgainstTheLastLongWordAndFilesMergeIntoKeyOrder) {

@@ -175,6 +175,27 @@ TEST_F(Cli, CompressedDictionaryIsUsableWithDashD) {
     EXPECT_EQ(r.out, "cat\n");
 }
 
+TEST_F(Cli, SuggestRanksByCommonnessUnlessDefined) {
+    TempDir built;
+    writeFile(built.file("w.txt"), "cat\ncot\ncut\n");
+    writeFile(built.file("f.txt"), "# counts\ncut 1000\ncat 10\n");
+    writeFile(built.file("bad.txt"), "cut 1000\ncat ten\n");
+    Outcome r = orth({"compress", "-o", built.file("MAIN.CLX"), "--frequencies", built.file("bad.txt"),
+                      built.file("w.txt")}, "", true);
+    EXPECT_EQ(r.status, 2);
+    EXPECT_NE(r.err.find("bad.txt:2: expected a word and a count: \"cat ten\""), std::string::npos) << r.err;
+    r = orth({"compress", "-o", built.file("MAIN.CLX"), "--frequencies", built.file("f.txt"), built.file("w.txt")}, "",
+             true);
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_TRUE(fileExists(built.file("MAIN.FRQ")));
+    // cat, cot and cut are one vowel from cet: the common cut comes first
+    // when ranked; the defined ranking keeps the dictionary's order.
+    EXPECT_EQ(orth({"-d", built.path(), "suggest", "cet"}, "", true).out.rfind("& cet: cut (", 0), 0u);
+    EXPECT_EQ(orth({"-d", built.path(), "suggest", "--defined", "cet"}, "", true).out,
+              "& cet: cat (83), cot (83), cut (83)\n");
+    EXPECT_NE(orth({"--help"}, "", true).out.find("--defined"), std::string::npos);
+}
+
 TEST_F(Cli, UsageErrorsAndHelp) {
     Outcome r = orth({"--version"}, "", true);
     EXPECT_EQ(r.status, 0);

@@ -3,8 +3,8 @@
 # Both DLLs are PE32 files (PE32+ in a 64-bit build) that export exactly the
 # names of their .def files at the .def's ordinals, and import system DLLs
 # only, so no MinGW runtime DLL has to ship beside them. TMSPL32.DLL exports
-# the five Dict functions and nothing else; ORTH32.DLL exports every function
-# the HEADERs declare with ORTH_CALL.
+# the five Dict functions and nothing else, and carries no code of the client
+# layer; ORTH32.DLL exports every function the HEADERs declare with ORTH_CALL.
 set -eu
 objdump=$1 ptrsize=$2 tmspl32=$3 tmspl32_def=$4 orth32=$5 orth32_def=$6
 shift 6
@@ -55,6 +55,11 @@ names=$(dll_exports "$tmspl32" | awk '{ print $1 }' | tr '\n' ' ')
 [ "$names" = "DictAddWord DictCheckWord DictClose DictGetNextSug DictOpen " ] ||
     fail "$tmspl32 exports '$names', not the five Dict functions"
 
+# A log text of the client context marks the client layer's code.
+marker='OpenORTH: client id'
+grep -aqF "$marker" "$orth32" || fail "$orth32 does not hold the client layer"
+if grep -aqF "$marker" "$tmspl32"; then fail "$tmspl32 holds code of the client layer"; fi
+
 exported=" $(dll_exports "$orth32" | awk '{ print $1 }' | tr '\n' ' ') "
 declared=$(cat "$@" | grep -Eo 'ORTH_CALL[[:space:]]+[A-Za-z_][A-Za-z_0-9]*[[:space:]]*\(' |
            sed -E 's/ORTH_CALL[[:space:]]+//; s/[[:space:]]*\($//' | sort -u)
@@ -67,4 +72,4 @@ for name in $declared; do
 done
 
 if [ "$failed" -ne 0 ]; then exit 1; fi
-echo "exports: $kind, exact export tables, system imports only"
+echo "exports: $kind, exact export tables, system imports only, no client layer in TMSPL32"

@@ -11,6 +11,7 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <vector>
 
 // The folder of the running program, ending in a backslash.
 inline std::string programFolder() {
@@ -39,6 +40,23 @@ public:
 private:
     HMODULE module_;
 };
+
+// An import table: inside a struct, HOST_IMPORTS(LIST) declares one member
+// per function of the X-macro LIST, named and typed like the header's
+// declaration (so with its calling convention), and load(dll), which looks
+// each up by its plain name; missing names those the DLL lacks. A program
+// that links no engine fails to link a call that misses the "api.".
+#define HOST_IMPORT_MEMBER(name) decltype(&::name) name = nullptr;
+#define HOST_IMPORT_LOAD(name)                        \
+    name = dll.fn<decltype(&::name)>(#name);          \
+    if (name == nullptr) missing.push_back(#name);
+#define HOST_IMPORTS(LIST)           \
+    LIST(HOST_IMPORT_MEMBER)         \
+    std::vector<std::string> missing; \
+    void load(const Dll &dll) {      \
+        missing.clear();             \
+        LIST(HOST_IMPORT_LOAD)       \
+    }
 
 // A fresh folder under the user's temporary folder, ending in a backslash,
 // removed with its contents at the end; path() is empty if none could be made.

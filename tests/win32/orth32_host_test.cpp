@@ -27,25 +27,8 @@ namespace {
     X(ORTH_NextBlockWord) X(ORTH_GetBlockWord) X(ORTH_ReplaceBlockWord) X(ORTH_DelBlockWord)              \
     X(ORTH_GetBlock) X(ORTH_GetBlockInfo) X(ORTH_SetBlockCursor)
 
-// The DLL's functions as members named like the header's; the program links
-// no engine, so a call that misses the "api." fails to link.
 struct EngineApi {
-    explicit EngineApi(const Dll &dll) {
-#define ORTH32_LOAD(name) name = dll.fn<decltype(&::name)>(#name);
-        ORTH32_ENGINE_FUNCTIONS(ORTH32_LOAD)
-#undef ORTH32_LOAD
-    }
-    std::vector<std::string> missing() const {
-        std::vector<std::string> out;
-#define ORTH32_MISSING(name) \
-    if (name == nullptr) out.push_back(#name);
-        ORTH32_ENGINE_FUNCTIONS(ORTH32_MISSING)
-#undef ORTH32_MISSING
-        return out;
-    }
-#define ORTH32_MEMBER(name) decltype(&::name) name = nullptr;
-    ORTH32_ENGINE_FUNCTIONS(ORTH32_MEMBER)
-#undef ORTH32_MEMBER
+    HOST_IMPORTS(ORTH32_ENGINE_FUNCTIONS)
 };
 
 class EngineHost : public ::testing::Test {
@@ -54,7 +37,8 @@ protected:
     static void TearDownTestSuite() { delete dll; }
     void SetUp() override {
         ASSERT_NE(dll->module(), nullptr) << "ORTH32.DLL not loaded: " << GetLastError();
-        ASSERT_TRUE(api.missing().empty()) << api.missing().front();
+        api.load(*dll);
+        ASSERT_TRUE(api.missing.empty()) << api.missing.front();
         ASSERT_FALSE(work.path().empty());
         sid = api.ORTH_OpenSession();
         ASSERT_GE(sid, 0);
@@ -76,7 +60,7 @@ protected:
     }
 
     static Dll *dll;
-    EngineApi api{*dll};
+    EngineApi api;
     WorkFolder work;
     int16_t sid = -1;
     char repl[64] = {};

@@ -1,7 +1,10 @@
 #!/bin/sh
 # tests/win32/wine-prefix.sh PREFIX ARCH — makes a fresh wine prefix for the
 # tests (ARCH win32, or win64 where only 64-bit wine can be had), with the
-# crash dialog off, and waits for its wineserver to end.
+# crash dialog off, and waits for its wineserver to end. One program,
+# win32_client_ini.exe, is told a Win32s 3.10 version word (non-NT, below
+# 3.95), under which the settings store uses INI files instead of the
+# registry.
 set -eu
 prefix=$1 arch=$2
 case "$prefix" in
@@ -21,6 +24,9 @@ REGEDIT4
 
 [HKEY_CURRENT_USER\Software\Wine\WineDbg]
 "ShowCrashDialog"=dword:00000000
+
+[HKEY_CURRENT_USER\Software\Wine\AppDefaults\win32_client_ini.exe]
+"Version"="win31"
 REG
 timeout 60 wine regedit /S "$prefix/orth-tests.reg"
 timeout 60 wineserver -w
