@@ -1,7 +1,7 @@
 // fuzz/clex_fuzz.cpp — the compressed lexicon reader over any file: open,
-// lookups in both cases, and suggestions at every depth. The input is the
-// whole .CLX file; its size picks the memory budget, so small budgets evict
-// segments between lookups.
+// lookups in both cases, case forms, and suggestions at every depth. The
+// input is the whole .CLX file; its size picks the memory budget, so small
+// budgets evict segments between lookups.
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -43,6 +43,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
                 int16_t rc = ORTH_CheckWord(session, 0, word.c_str(), replacement, sizeof replacement);
                 require(rc >= -24, "check result is a known code");
             }
+            char form[64];
+            int16_t rc = ORTH_FindCaseForm(session, word.c_str(), form, sizeof form);
+            require(rc == 0 || rc == ORTH_WORD_NOT_FOUND_ERR, "a case form is found or not");
         }
         int n = 0;
         for (const std::string &word : probeWords(data, size)) {

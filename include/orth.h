@@ -179,6 +179,15 @@ ORTH_API int16_t ORTH_CALL ORTH_SuggestRanked(int16_t sessionId, const char *wor
 ORTH_API int16_t ORTH_CALL ORTH_CompressLexFreq(int16_t sessionId, const char *lexPath, const char *listPath,
                      uint32_t *lineNumber) ORTH_NOTHROW;
 
+/* An extension of ours: the session's own spelling of a word it
+ * holds in another case (MySpace for MYSPACE). Every case form of every
+ * lexicon is looked at, in slot order, and the first that ORTH_CheckWord
+ * accepts as spelled is copied to form (with the word's possessive ending;
+ * at most formSize - 1 bytes and a zero). ORTH_WORD_NOT_FOUND_ERR when none
+ * is; unlike the case-insensitive lookup, no form is missed. */
+ORTH_API int16_t ORTH_CALL ORTH_FindCaseForm(int16_t sessionId, const char *word, char *form,
+                     uint16_t formSize) ORTH_NOTHROW;
+
 /* Text blocks. */
 ORTH_API int16_t ORTH_CALL ORTH_OpenBlock(int16_t sessionId, char *text, uint32_t length, uint32_t size,
                        uint16_t copy) ORTH_NOTHROW;

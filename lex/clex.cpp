@@ -674,6 +674,73 @@ int lookupSmallWord(const char *word, const uint8_t (*smallWords)[2], uint16_t c
     return 0;
 }
 
+namespace {
+
+// The bytes that fold as c folds (c itself among them): the folded byte
+// unless it is upper case itself, and the upper-case byte 32 below it.
+// None when c folds to 0 (row 7's 0xE0): no stored word can match it.
+int foldPartners(int16_t charSet, unsigned char c, unsigned char out[2]) {
+    const unsigned char f = toLowerChar(charSet, c);
+    int n = 0;
+    if (f == 0) return 0;  // a byte that folds to the terminator matches no byte of a word
+    if (toLowerChar(charSet, f) == f) out[n++] = f;
+    const auto below = static_cast<unsigned char>(f - 32);
+    if (below != f && toLowerChar(charSet, below) == f) out[n++] = below;
+    return n;
+}
+
+struct CaseFormWalk {
+    int16_t charSet;
+    CaseFormVisitor visit;
+    void *context;
+};
+
+// decodeSeg's visitor for the plain walk of CLex_FindCaseForms: every word
+// is looked at, none stops the walk.
+int visitCaseForm(const char *word, const char *decoded, void *context) {
+    auto *walk = static_cast<CaseFormWalk *>(context);
+    if (compareNoCase(word, decoded, walk->charSet) == 0) walk->visit(decoded, walk->context);
+    return 1;
+}
+
+}  // namespace
+
+int16_t CLex_FindCaseForms(const char *word, int16_t charSet, CLexState *state, CaseFormVisitor visit,
+                           void *context) {
+    const size_t len = word == nullptr ? 0 : boundedLength(word);
+    if (state->segs == nullptr || len == 0 || len > static_cast<size_t>(kMaxWordLen)) return 0;
+    unsigned char first[2], second[2] = {0, 0};
+    const int firsts = foldPartners(charSet, static_cast<unsigned char>(word[0]), first);
+    const int seconds = len < 2 ? 1 : foldPartners(charSet, static_cast<unsigned char>(word[1]), second);
+    const int row = charSetRow(charSet);
+    const uint32_t hash = len < 3 ? 0 : foldedHash(word, row);
+    for (int i = 0; i < firsts; ++i) {
+        for (int j = 0; j < seconds; ++j) {
+            if (len < 3) {
+                const bool held = state->smallIndexed
+                                      ? hasSmallPair(state, first[i], second[j])
+                                      : findSmallPair(state->smallWords, state->smallCount, first[i], second[j]);
+                const char form[3] = {static_cast<char>(first[i]), static_cast<char>(second[j]), '\0'};
+                if (held) visit(form, context);
+                continue;
+            }
+            const int32_t seg = findSegment(state, first[i], second[j]);
+            if (seg < 0) continue;
+            int16_t rc = touchSeg(state, static_cast<uint16_t>(seg));
+            if (rc == ORTH_WORD_NOT_FOUND_ERR) continue;  // an empty segment
+            if (rc < 0) return rc;
+            if (state->segs[seg].table != nullptr &&
+                tableCaseForms(state, static_cast<uint16_t>(seg), word, row, hash, visit, context) == 0) {
+                continue;
+            }
+            CaseFormWalk walk{charSet, visit, context};
+            int walked = decodeSeg(state, static_cast<uint16_t>(seg), word, false, visitCaseForm, &walk);
+            if (walked < 0) return static_cast<int16_t>(walked);
+        }
+    }
+    return 0;
+}
+
 // 0 found; ORTH_WORD_NOT_FOUND_ERR when absent (also for an empty word or one
 // over 63 bytes); a failed loadSeg's code as it is; ORTH_UNKNOWN_LEXICON_TYPE_ERR
 // when the segment walked turns out corrupt.

@@ -60,3 +60,15 @@ int16_t CLex_Lookup(const char *word, int16_t charSet, bool caseSensitive, CLexS
 // The same for a caller that knows the word's length (strlen of word).
 int16_t CLex_LookupLength(const char *word, size_t length, int16_t charSet, bool caseSensitive,
                           CLexState *state);
+
+// Case forms: calls visit(form, context) for every word of the lexicon that
+// equals word ignoring case (compareNoCase under charSet), each once, in no
+// set order. Unlike the case-insensitive lookup, whose walk may stop before
+// a segment's later blocks, it misses none. form is valid only during the
+// call, and visit must not use the lexicon. 0 (also for an empty word or
+// one over 63 bytes: such words are in no lexicon); the failure of a
+// segment load as it is; ORTH_UNKNOWN_LEXICON_TYPE_ERR for a corrupt
+// segment. Forms visited before a failure stay visited.
+typedef void (*CaseFormVisitor)(const char *form, void *context);
+int16_t CLex_FindCaseForms(const char *word, int16_t charSet, CLexState *state, CaseFormVisitor visit,
+                           void *context);

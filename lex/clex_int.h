@@ -101,9 +101,10 @@ struct CLexWordTable {
     uint16_t wordCount;
     const uint32_t *exact;   // open addressing by word hash (slot layout: clex_table.cpp)
     uint32_t exactMask;
-    // Case-folded index, built on the first case-insensitive lookup: the
-    // words that fold above every word before them, by their folded bytes
-    // under the character-set row foldRow (-1: not built). Slots as in exact.
+    // Case-folded index, built on the first case-insensitive lookup: every
+    // word by its folded bytes under the character-set row foldRow (-1: not
+    // built), those that fold above every word before them marked. Slots
+    // as in exact, with the mark in one of the hash bits (clex_table.cpp).
     uint32_t *folded;
     uint32_t foldedMask;
     int16_t foldRow;
@@ -140,6 +141,11 @@ uint32_t foldedHash(const char *word, int row);
 // found, 0 not, -1 when there is no folded index for the row and no room
 // to build one (the caller walks the data instead).
 int tableFindFolded(CLexState *state, uint16_t seg, const char *word, int row, uint32_t hash);
+// Every word of the table that folds equal to word, from the same index,
+// handed to visit: 0, or -1 (nothing visited) when there is no folded index
+// for the row and no room to build one.
+int tableCaseForms(CLexState *state, uint16_t seg, const char *word, int row, uint32_t hash,
+                   CaseFormVisitor visit, void *context);
 // The span of the block of the table whose third byte is third, or false.
 bool tableBlock(const CLexWordTable *table, uint8_t third, CLexBlockSpan *span);
 // The table's words grouped by value (see CLexWordTable::values), for a

@@ -12,9 +12,11 @@
 //     - the case-insensitive walk stops at the first word that folds equal
 //       to or above the sought word and finds it iff that word folds equal.
 //       That first word always folds above every word before it, so it is
-//       one of the "records" the folded index holds, and at most one record
-//       folds equal to any word (records rise strictly): the walk finds the
-//       word iff a record folds equal to it (tableFindFolded);
+//       one of the "records", which the folded index marks, and at most one
+//       record folds equal to any word (records rise strictly): the walk
+//       finds the word iff a record folds equal to it (tableFindFolded);
+//     - the folded index holds every word, records or not, so it also
+//       gives all the words that fold equal to one (tableCaseForms);
 //     - a visiting walk sees the same words in the same order (tableVisit).
 // (2) With a budget, loaded data plus all tables stay within it: room for a
 //     table is made by dropping the tables of the least recently used other
@@ -96,6 +98,16 @@ constexpr uint32_t kSlotOffsetMask = 0xFFFFFF;
 uint32_t makeSlot(uint32_t at, uint32_t hash) { return (at + 1) | (hash & ~kSlotOffsetMask); }
 bool slotMayHold(uint32_t slot, uint32_t hash) { return ((slot ^ hash) & ~kSlotOffsetMask) == 0; }
 uint32_t slotOffset(uint32_t slot) { return (slot & kSlotOffsetMask) - 1; }
+
+// A folded slot is laid out alike, but the lowest of the hash bits marks a
+// record (invariant 1) and only the seven above it hold the hash.
+constexpr uint32_t kRecordBit = kSlotOffsetMask + 1;
+uint32_t makeFoldedSlot(uint32_t at, uint32_t hash, bool record) {
+    return (at + 1) | (hash & ~(kSlotOffsetMask | kRecordBit)) | (record ? kRecordBit : 0);
+}
+bool foldedSlotMayHold(uint32_t slot, uint32_t hash) {
+    return ((slot ^ hash) & ~(kSlotOffsetMask | kRecordBit)) == 0;
+}
 
 // Slots for n entries at most half full: a power of two, at least 2.
 uint32_t slotsFor(uint32_t n) {
@@ -239,29 +251,20 @@ bool buildFolded(CLexState *state, uint16_t seg, int row) {
         t->bytes -= had;
         state->tableBytes -= had;
     }
-    uint32_t records = 0;
-    const char *top = nullptr;
-    for (uint32_t at = 0; at < t->textSize; at = nextWord(t, at)) {
-        const char *w = wordAt(t, at);
-        if (top == nullptr || compareNoCase(w, top, row) > 0) {
-            top = w;
-            ++records;
-        }
-    }
-    const uint32_t slots = slotsFor(records);
+    const uint32_t slots = slotsFor(t->wordCount);
     const uint32_t need = slots * sizeof(uint32_t);
     if (!reserveTableBytes(state, seg, need)) return false;
     auto *folded = static_cast<uint32_t *>(std::calloc(slots, sizeof(uint32_t)));
     if (folded == nullptr) return false;
-    top = nullptr;
+    const char *top = nullptr;
     for (uint32_t at = 0; at < t->textSize; at = nextWord(t, at)) {
         const char *w = wordAt(t, at);
-        if (top != nullptr && compareNoCase(w, top, row) <= 0) continue;
-        top = w;
+        const bool record = top == nullptr || compareNoCase(w, top, row) > 0;
+        if (record) top = w;
         const uint32_t hash = hashFolded(reinterpret_cast<const uint8_t *>(w), cls);
         uint32_t h = hash & (slots - 1);
         while (folded[h] != 0) h = (h + 1) & (slots - 1);
-        folded[h] = makeSlot(at, hash);
+        folded[h] = makeFoldedSlot(at, hash, record);
     }
     t->folded = folded;
     t->foldedMask = slots - 1;
@@ -318,7 +321,22 @@ int tableFindFolded(CLexState *state, uint16_t seg, const char *word, int row, u
     for (uint32_t h = hash & t->foldedMask;; h = (h + 1) & t->foldedMask) {
         uint32_t slot = t->folded[h];
         if (slot == 0) return 0;
-        if (slotMayHold(slot, hash) && compareNoCase(word, wordAt(t, slotOffset(slot)), row) == 0) return 1;
+        if ((slot & kRecordBit) != 0 && foldedSlotMayHold(slot, hash) &&
+            compareNoCase(word, wordAt(t, slotOffset(slot)), row) == 0) {
+            return 1;
+        }
+    }
+}
+
+int tableCaseForms(CLexState *state, uint16_t seg, const char *word, int row, uint32_t hash,
+                   CaseFormVisitor visit, void *context) {
+    CLexWordTable *t = state->segs[seg].table;
+    if (t->foldRow != row && !buildFolded(state, seg, row)) return -1;
+    for (uint32_t h = hash & t->foldedMask;; h = (h + 1) & t->foldedMask) {
+        uint32_t slot = t->folded[h];
+        if (slot == 0) return 0;
+        const char *form = wordAt(t, slotOffset(slot));
+        if (foldedSlotMayHold(slot, hash) && compareNoCase(word, form, row) == 0) visit(form, context);
     }
 }
 

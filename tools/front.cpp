@@ -5,18 +5,16 @@
 //
 // Design notes
 // (1) The engine is asked, never changed: every answer starts from
-//     ORTH_CheckWord, ORTH_Suggest or ORTH_SuggestRanked under the session's
-//     own options, and
-//     the only session change (acceptedBySplitting) is undone before return.
+//     ORTH_CheckWord, ORTH_FindCaseForm, ORTH_Suggest or ORTH_SuggestRanked
+//     under the session's own options, and the only session change
+//     (acceptedBySplitting) is undone before return.
 // (2) An all-capitals word is tried cheaply first (its capitalised and
 //     lower-case forms, which settle nearly every case); only then are the
-//     dictionary's own case forms looked for among the engine's nearest
-//     candidates, which finds mixed-case words such as MySpace. The answer
-//     is remembered in the caller's CapsMemo.
+//     dictionary's own case forms looked for (ORTH_FindCaseForm, which
+//     finds mixed-case words such as MySpace). The answer is remembered in
+//     the caller's CapsMemo.
 // (3) fetchSuggestions is the one place that asks the engine for the
-//     suggestions users see; everything after it works on its list. The
-//     case-form search of (2) asks ORTH_Suggest itself, since it looks for
-//     the dictionary's own spelling of the word, not for corrections.
+//     suggestions users see; everything after it works on its list.
 #include <cctype>
 #include <cstring>
 
@@ -27,9 +25,7 @@
 
 namespace {
 
-constexpr uint16_t kEngineSugMax = 25;              // as many as the dictionary library asks for
-constexpr int32_t kSugBufSize = 64 * kEngineSugMax + 1;  // room for that many 63-character words
-constexpr size_t kMemoLimit = 4096;                 // answers kept before the memo starts over
+constexpr size_t kMemoLimit = 4096;  // answers kept before the memo starts over
 
 int charSetOf(int16_t session) {
     int32_t cs = ORTH_GetOption(session, ORTH_CHARSET_OPT);
@@ -67,28 +63,10 @@ std::string lowered(const std::string &word, size_t from, int cs) {
 }
 
 // Whether the dictionary holds the word in another case form (MySpace for
-// MYSPACE). The engine's nearest search (depth 0) visits the word's own
-// segment, but only the words whose third byte is the query's: it is asked
-// with the third letter in both cases, with match case off so that
-// candidates keep the dictionary's spelling.
-bool hasAcceptedCaseForm(int16_t session, const std::string &word, int cs) {
-    if (word.size() < 3) return false;  // small words: the engine's own lookup covers them
-    std::string queries[2] = {word, word};
-    queries[1][2] = static_cast<char>(toLowerChar(cs, static_cast<unsigned char>(word[2])));
-    int32_t matchCase = ORTH_SetOption(session, ORTH_MATCH_CASE_OPT, 0);
-    bool found = false;
-    for (int q = 0; q < 2 && !found; ++q) {
-        if (q == 1 && queries[1] == queries[0]) break;
-        char list[kSugBufSize];
-        int16_t scores[kEngineSugMax];
-        int16_t rc = ORTH_Suggest(session, queries[q].c_str(), 0, list, sizeof list, scores, kEngineSugMax);
-        if (rc < 0 && rc != ORTH_BUFFER_TOO_SMALL_ERR) continue;
-        list[sizeof list - 1] = '\0';
-        for (size_t pos = 0; list[pos] != '\0' && !found; pos += std::strlen(list + pos) + 1)
-            found = compareNoCase(list + pos, word.c_str(), cs) == 0 && checkAccepts(session, list + pos);
-    }
-    if (matchCase == 1) ORTH_SetOption(session, ORTH_MATCH_CASE_OPT, 1);
-    return found;
+// MYSPACE) that the session accepts: the engine looks through every case
+// form of every lexicon.
+bool hasAcceptedCaseForm(int16_t session, const std::string &word) {
+    return ORTH_FindCaseForm(session, word.c_str(), nullptr, 0) == 0;
 }
 
 bool hasPossessiveEnding(const std::string &w, int cs) {
@@ -128,8 +106,7 @@ bool acceptsAllCapitals(int16_t session, const char *word, CapsMemo *memo) {
         if (it != memo->accepted.end()) return it->second;
     }
     std::string capitalised = lowered(w, 1, cs), lower = lowered(w, 0, cs);
-    bool ok = checkAccepts(session, capitalised) || checkAccepts(session, lower) ||
-              hasAcceptedCaseForm(session, w, cs);
+    bool ok = checkAccepts(session, capitalised) || checkAccepts(session, lower) || hasAcceptedCaseForm(session, w);
     if (memo != nullptr) {
         if (memo->accepted.size() >= kMemoLimit) memo->accepted.clear();
         memo->accepted.emplace(w, ok);

@@ -1,8 +1,9 @@
 // tools/front.h — what the Linux front ends (`orth list`, the pipe mode, the
 // Enchant provider) answer for one word, and where they find dictionaries
 // and the personal word list. Everything here is built on the engine's C
-// interface (ORTH_CheckWord, ORTH_Suggest) and never changes the engine's
-// own answers; it only adds what users of such tools expect:
+// interface (ORTH_CheckWord, ORTH_FindCaseForm, ORTH_Suggest) and never
+// changes the engine's own answers; it only adds what users of such tools
+// expect:
 //  - the all-capitals form of a word the dictionary accepts in any case form
 //    is accepted (the engine's case-folding walk gives up early on some
 //    words, such as DECEMBER, because of DeKalb in the same segment), and so

@@ -5,11 +5,13 @@
 // Groups: FastPaths (checking every dictionary word in several forms, the
 // words of running text and of misspellings, against each other and against
 // a plain restatement of the checker's rules; suggestions with their scores;
-// the key and small-word indexes against plain searches; the budget kept);
+// every case form of every word; the key and small-word indexes against
+// plain searches; the budget kept);
 // BuiltInDictionaries (every word of both source lists is accepted with the
 // default options).
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <fstream>
 #include <sstream>
@@ -287,6 +289,27 @@ TEST_F(FastPaths, SuggestionsAndScoresAreTheSame) {
     }
     setAll(ORTH_SUGGEST_PHONETIC_OPT, 1);
     for (const char *w : {"recieve", "teh", "seperate", "definately", "thier"}) expectSameSuggestions(w, -1);
+    expectWithinBudget();
+}
+
+void keepForm(const char *form, void *context) { static_cast<std::vector<std::string> *>(context)->push_back(form); }
+
+TEST_F(FastPaths, CaseFormsAreTheSameFromTablesWalksAndUnderABudget) {
+    size_t forms = 0;
+    for (const std::string &w : words) {
+        std::string upper = w;
+        for (char &c : upper) c = static_cast<char>(toUpperChar(0, static_cast<unsigned char>(c)));
+        std::vector<std::string> found[3];
+        for (int i = 0; i < 3; ++i) {
+            ASSERT_EQ(CLex_FindCaseForms(upper.c_str(), 0, lexOf(i), keepForm, &found[i]), 0) << upper;
+            std::sort(found[i].begin(), found[i].end());
+        }
+        ASSERT_EQ(found[0], found[1]) << upper;
+        ASSERT_EQ(found[2], found[1]) << upper << " under a budget";
+        ASSERT_TRUE(std::find(found[1].begin(), found[1].end(), w) != found[1].end()) << w;
+        forms += found[1].size();
+    }
+    EXPECT_GT(forms, words.size());  // some words have more than one form
     expectWithinBudget();
 }
 

@@ -4,10 +4,12 @@
 // refused, never read past, also under random damage), CompressedBudget
 // (budget check, least-recently-used eviction, resident segments need no
 // file), CompressedLookup (small words, exact and case-insensitive lookups,
-// the early stop of the folded walk), WordTables (decoded tables answer as
+// the early stop of the folded walk, every case form found past it, with
+// tables, without and under a budget), WordTables (decoded tables answer as
 // the walks, are built only for ordered data, fit the budget beside the data).
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <random>
@@ -113,6 +115,8 @@ TEST_F(CompressedOpen, DamagedHeadersAndSegmentTablesAreRefused) {
 
 using CompressedCorrupt = Reader;
 
+void ignoreForm(const char *, void *) {}
+
 TEST_F(CompressedCorrupt, DamagedSegmentDataIsRefusedEitherWayOfLooking) {
     const std::string head = bytes({0, 0, 0, 'c', 0});  // after the length byte: first word abc
     struct Case { const char *name; std::string data, message; } cases[] = {
@@ -134,6 +138,7 @@ TEST_F(CompressedCorrupt, DamagedSegmentDataIsRefusedEitherWayOfLooking) {
         LogCapture log;
         EXPECT_EQ(lookup("abcz"), ORTH_UNKNOWN_LEXICON_TYPE_ERR);
         EXPECT_EQ(lookup("ABCZ", false), ORTH_UNKNOWN_LEXICON_TYPE_ERR);
+        EXPECT_EQ(CLex_FindCaseForms("ABCZ", 0, state.get(), ignoreForm, nullptr), ORTH_UNKNOWN_LEXICON_TYPE_ERR);
         EXPECT_TRUE(logged(log, c.message, true));
         CLex_Close(state.get());
     }
@@ -171,6 +176,8 @@ TEST_F(CompressedCorrupt, RandomDamageNeverReadsOutOfBounds) {
                 int16_t rc = lookup(w, exact);
                 EXPECT_TRUE(rc == 0 || rc == ORTH_WORD_NOT_FOUND_ERR || rc == ORTH_UNKNOWN_LEXICON_TYPE_ERR) << rc;
             }
+            int16_t rc = CLex_FindCaseForms(w.c_str(), 0, state.get(), ignoreForm, nullptr);
+            EXPECT_TRUE(rc == 0 || rc == ORTH_UNKNOWN_LEXICON_TYPE_ERR) << rc;
         }
         for (uint16_t seg = 0; seg < state->segCount; ++seg) {
             size_t total = 0;
@@ -239,6 +246,46 @@ TEST_F(CompressedLookup, SmallWordsCaseFormsAndTheEarlyStop) {
         {"abaa", true, 0},  {"abaa", false, -3}, {"ABZOO", false, 0},
     };
     for (const Case &c : cases) EXPECT_EQ(lookup(c.word, c.caseSensitive), c.rc) << c.word << c.caseSensitive;
+}
+
+void keepForm(const char *form, void *context) { static_cast<std::vector<std::string> *>(context)->push_back(form); }
+
+// The case forms of word in a state, sorted; "rc N" first when it is not 0.
+std::vector<std::string> caseForms(CLexState *state, const std::string &word, int16_t charSet = 0) {
+    std::vector<std::string> forms;
+    int16_t rc = CLex_FindCaseForms(word.c_str(), charSet, state, keepForm, &forms);
+    std::sort(forms.begin(), forms.end());
+    if (rc != 0) forms.insert(forms.begin(), "rc " + std::to_string(rc));
+    return forms;
+}
+
+TEST_F(CompressedLookup, EveryCaseFormIsFoundWhereTheWalkStops) {
+    using Forms = std::vector<std::string>;
+    const Forms words = {"ABAA", "AbZoo", "Abaa", "Ok", "a", "abZoo", "abaa", "abab", "ok", "\xC9t\xE9", "\xE9t\xE9"};
+    const std::string path = build("f.clx", words);
+    // With tables, with the plain walks, and under the smallest budget that
+    // opens the file (one segment's data, no room for a table beside it).
+    auto plain = std::make_unique<CLexState>(), tight = std::make_unique<CLexState>();
+    ASSERT_EQ(CLex_Open(path.c_str(), 0, state.get()), 0);
+    ASSERT_EQ(CLex_Open(path.c_str(), 0, plain.get()), 0);
+    plain->plainWalks = true;
+    uint32_t longest = 0;
+    for (uint16_t i = 0; i < state->segCount; ++i) longest = std::max(longest, state->segs[i].length);
+    ASSERT_EQ(CLex_Open(path.c_str(), longest, tight.get()), 0);
+    const struct { std::string word; int16_t charSet; Forms forms; } cases[] = {
+        {"ABAA", 0, {"ABAA", "Abaa", "abaa"}}, {"abaa", 0, {"ABAA", "Abaa", "abaa"}}, {"ABZOO", 0, {"AbZoo", "abZoo"}},
+        {"ABAB", 0, {"abab"}}, {"ABAC", 0, {}}, {"ABA", 0, {}}, {"OK", 0, {"Ok", "ok"}}, {"A", 0, {"a"}},
+        {"b", 0, {}}, {"", 0, {}}, {std::string(64, 'a'), 0, {}},
+        {"\xC9T\xC9", 0, {"\xC9t\xE9", "\xE9t\xE9"}}, {"\xC9T\xE9", 5, {"\xC9t\xE9"}},  // row 5: 0xE9 folds to 0x09, so 0xC9 and 0xE9 are apart
+    };
+    for (CLexState *s : {state.get(), plain.get(), tight.get()}) {
+        for (const auto &c : cases) EXPECT_EQ(caseForms(s, c.word, c.charSet), c.forms) << c.word << " " << c.charSet;
+    }
+    EXPECT_EQ(lookup("ABAB", false), ORTH_WORD_NOT_FOUND_ERR);  // the walk of ab stops at abZoo
+    EXPECT_NE(state->segs[findSegment(state.get(), 'a', 'b')].table->folded, nullptr);
+    EXPECT_EQ(tight->tableBytes, 0u);
+    CLex_Close(plain.get());
+    CLex_Close(tight.get());
 }
 
 using WordTables = Reader;
