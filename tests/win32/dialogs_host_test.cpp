@@ -357,13 +357,17 @@ TEST_F(Dialogs, DoubledWordIsDeleted) {
     EXPECT_EQ(statistics().changed, 1u);
 }
 
+// So does an edit control that is no window: it reads as empty, with a log line.
 TEST_F(Dialogs, TextWithoutStopsEndsTheDialogBeforeItShows) {
     char text[64] = "All these words are fine.";
     Driver d;  // no steps: a dialog that stayed would be a failure
     EXPECT_EQ(checkText(text, sizeof text), 25);
+    EXPECT_EQ(statistics().checked, 5u);
+    EXPECT_EQ(api.ORTH_CheckCtrlDlg(nullptr, reinterpret_cast<OrthWindow>(uintptr_t(0xBAD0BAD0u)), 0), 0);
     finish(d);
     EXPECT_EQ(d.dialogsSeen(), 0u);
-    EXPECT_EQ(statistics().checked, 5u);
+    EXPECT_NE(fileBytes(work.file("client.log")).find("WM_GETTEXTLENGTH: 0xbad0bad0 is not a window"),
+              std::string::npos);
 }
 
 // With AlwaysSuggest set, the best suggestion waits in Change To at once.
@@ -482,7 +486,7 @@ TEST_F(Dialogs, OptionsOkAppliesAndWritesEveryKeyAndCancelNothing) {
     });
     EXPECT_EQ(api.ORTH_OptionsDlg(reinterpret_cast<OrthWindow>(uintptr_t(0xBAD0BAD0u))), ORTH_CANCEL_ERR);
     finish(d2);
-    EXPECT_NE(fileBytes(work.file("client.log")).find("is not a window"), std::string::npos);
+    EXPECT_NE(fileBytes(work.file("client.log")).find("OptionsDlg: 0xbad0bad0 is not a window"), std::string::npos);
     EXPECT_EQ(regGet(HKEY_CURRENT_USER, "IgnoreCappedWords"), "dword:1");
     EXPECT_EQ(api.ORTH_GetOption(sid, ORTH_IGNORE_CAPPED_WORDS_OPT), 1);
 }

@@ -9,6 +9,7 @@
 // dialog still shows, without an owner, and an edit control reads as empty.
 #include "ui/win32/winui.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 
@@ -25,7 +26,8 @@ HCURSOR cursorBeforeWait = nullptr;
 HWND windowOf(OrthWindow window, const char *operation) {
     HWND hwnd = static_cast<HWND>(window);
     if (hwnd != nullptr && !IsWindow(hwnd)) {
-        engineLog("%s: %p is not a window", operation, window);
+        engineLog("%s: 0x%llx is not a window", operation,
+                  static_cast<unsigned long long>(reinterpret_cast<uintptr_t>(window)));
         return nullptr;
     }
     return hwnd;
