@@ -35,7 +35,8 @@ const CommandHelp kHelp[] = {
      "\n"
      "Exit status: 0 all correct, 1 some word misspelled, 2 usage or file errors.\n"},
     {"compress",
-     "Usage: orth compress -o OUT.CLX [--suffixes FILE] [--language ID] [--charset N] WORDFILE...\n"
+     "Usage: orth compress -o OUT.CLX [--suffixes FILE] [--language ID] [--charset N]\n"
+     "                     [--frequencies FILE] WORDFILE...\n"
      "\n"
      "Build a compressed dictionary from word files (UTF-8, one word a line,\n"
      "sorted byte-wise). Errors name FILE:LINE and the reason.\n"
@@ -43,6 +44,8 @@ const CommandHelp kHelp[] = {
      "  --suffixes FILE  suffix table used to code word endings\n"
      "  --language ID    Windows language id of the words (default 1033)\n"
      "  --charset N      character set 0 to 9 (default 0, ISO 8859-1)\n"
+     "  --frequencies FILE  word counts (\"word count\" a line): also writes\n"
+     "                   OUT.FRQ, the commonness the ranked suggester ranks by\n"
      "\n"
      "Exit status: 0 written, 2 usage, file or word-list errors.\n"},
     {"lex",
