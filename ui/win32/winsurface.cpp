@@ -54,7 +54,7 @@ const DialogPaint kDialogPaint[] = {
     {kOptionsDlg, kPaintLabels | kPaintButtons},
 };
 
-constexpr int kFilterListSize = 512;  // a filter text of the string table as a list
+constexpr int kFilterListSize = 512;  // a filter text as the dialogs load it (161 characters at most), as a list
 
 struct WinDialog {
     UiSurface surface;  // impl points back here
@@ -102,7 +102,7 @@ Control controlOf(WinDialog *d, int16_t id, const char *operation) {
 
 bool isCombo(DlgCtlKind kind) { return kind == DLG_DROPLIST || kind == DLG_SIMPLECOMBO || kind == DLG_EDITCOMBO; }
 
-// The list messages of a list control, or false (with a log line) for any other.
+// The messages of a list box and of a combo box, by role.
 struct ListMessages {
     UINT reset, add, remove, count, textLength, text, setData, getData, setSel, getSel, find;
 };
@@ -113,6 +113,7 @@ const ListMessages kComboBox = {CB_RESETCONTENT, CB_ADDSTRING,   CB_DELETESTRING
                                 CB_GETLBTEXTLEN, CB_GETLBTEXT,   CB_SETITEMDATA,  CB_GETITEMDATA,
                                 CB_SETCURSEL,    CB_GETCURSEL,   CB_FINDSTRING};
 
+// A list control and its messages; none (with a log line) for any other control.
 Control listOf(WinDialog *d, int16_t id, const char *operation, const ListMessages **messages) {
     Control c = controlOf(d, id, operation);
     if (!c) return c;
@@ -148,6 +149,10 @@ void winSetText(UiSurface *s, int16_t id, const char *text) {
     WinDialog *d = dialogOf(s);
     Control c = controlOf(d, id, "Ui_SetText");
     if (!c) return;
+    if (c.control->kind == DLG_LISTBOX || c.control->kind == DLG_DROPLIST) {
+        engineLog("Ui_SetText: control %d in %s is a list; select an entry instead", id, d->dialog->name);
+        return;
+    }
     if (c.control->kind == DLG_EDIT) {
         SetWindowTextA(c.hwnd, text);  // its EN_CHANGE is the event of (2)
         return;
