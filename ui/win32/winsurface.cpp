@@ -154,11 +154,11 @@ void winSetText(UiSurface *s, int16_t id, const char *text) {
         return;
     }
     if (c.control->kind == DLG_EDIT) {
-        SetWindowTextA(c.hwnd, text);  // its EN_CHANGE is the event of (2)
+        SetDlgItemTextA(d->hwnd, id, text);  // its EN_CHANGE is the event of (2)
         return;
     }
     Quiet quiet(d);
-    SetWindowTextA(c.hwnd, text);
+    SetDlgItemTextA(d->hwnd, id, text);
 }
 
 int32_t winGetText(UiSurface *s, int16_t id, char *buffer, int32_t size) {
@@ -173,7 +173,7 @@ int32_t winGetText(UiSurface *s, int16_t id, char *buffer, int32_t size) {
         int32_t n = at < 0 ? 0 : entryText(c.hwnd, &kComboBox, static_cast<int32_t>(at), buffer, size);
         return n < 0 ? 0 : n;
     }
-    return GetWindowTextA(c.hwnd, buffer, size);
+    return static_cast<int32_t>(GetDlgItemTextA(d->hwnd, id, buffer, size));
 }
 
 void winEnable(UiSurface *s, int16_t id, bool on) {
@@ -216,6 +216,7 @@ void winSetFocus(UiSurface *s, int16_t id) {
     Control c = controlOf(d, id, "Ui_SetFocus");
     if (!c) return;
     Quiet quiet(d);
+    // SetFocus through the dialog manager, which moves the default button's mark too.
     SendMessageA(d->hwnd, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(c.hwnd), TRUE);
 }
 
