@@ -30,9 +30,11 @@ bool isWordStart(int charSet, unsigned char c) {
     return (classOf(charSet, c) & (CC_LETTER | CC_DIGIT)) != 0;
 }
 
-bool isWordBody(int charSet, unsigned char c) {
-    return isWordStart(charSet, c) || isApostrophe(c);
-}
+// The same tests on a row of the class table.
+bool startsWord(const uint8_t *cls, unsigned char c) { return (cls[c] & (CC_LETTER | CC_DIGIT)) != 0; }
+bool inWord(const uint8_t *cls, unsigned char c) { return startsWord(cls, c) || isApostrophe(c); }
+
+const uint8_t *classRow(const TextBlock *block) { return charClassTable[charSetRow(block->charSet)]; }
 
 unsigned char byteAt(const TextBlock *block, uint32_t pos) {
     return static_cast<unsigned char>(block->text[pos]);
@@ -40,7 +42,9 @@ unsigned char byteAt(const TextBlock *block, uint32_t pos) {
 
 // The first position at or after pos that starts a word, or length.
 uint32_t skipToWord(const TextBlock *block, uint32_t pos) {
-    while (pos < block->length && !isWordStart(block->charSet, byteAt(block, pos))) ++pos;
+    const uint8_t *cls = classRow(block);
+    const auto *text = reinterpret_cast<const unsigned char *>(block->text);
+    while (pos < block->length && !startsWord(cls, text[pos])) ++pos;
     return pos;
 }
 
@@ -50,16 +54,19 @@ uint32_t skipToWord(const TextBlock *block, uint32_t pos) {
 // trailing apostrophe dropped unless it follows s or S.
 uint32_t measureWord(const TextBlock *block, uint32_t start, uint32_t room) {
     if (room == 0) return 0;
-    const int cs = block->charSet;
+    const uint8_t *cs = classRow(block);
     const uint32_t length = block->length;
+    const uint32_t stop = length - start < room ? length - start : room;  // n stays below it
+    const auto *text = reinterpret_cast<const unsigned char *>(block->text) + start;
     uint32_t n = 1;
     bool periodInside = false;
+    while (n < stop && startsWord(cs, text[n])) ++n;  // letters and digits, the common run
     while (n < room && start + n < length) {
         uint32_t i = start + n;
         unsigned char c = byteAt(block, i);
-        if (!isWordBody(cs, c)) {
-            bool joiner = (c == '.' || c == kHyphen) && isWordBody(cs, byteAt(block, i - 1)) &&
-                          i + 1 < length && isWordBody(cs, byteAt(block, i + 1));
+        if (!inWord(cs, c)) {
+            bool joiner = (c == '.' || c == kHyphen) && inWord(cs, byteAt(block, i - 1)) &&
+                          i + 1 < length && inWord(cs, byteAt(block, i + 1));
             if (!joiner) break;
             if (c == '.') periodInside = true;
         }
@@ -73,6 +80,17 @@ uint32_t measureWord(const TextBlock *block, uint32_t start, uint32_t room) {
     return n;
 }
 
+// measureWord, or its answer kept in memo for the same start and room.
+uint32_t measureKept(const TextBlock *block, uint32_t start, uint32_t room, BlockMeasure *memo) {
+    if (memo == nullptr) return measureWord(block, start, room);
+    if (memo->start != start || memo->room != room) {
+        memo->start = start;
+        memo->room = room;
+        memo->length = measureWord(block, start, room);
+    }
+    return memo->length;
+}
+
 // The byte after a word ending at end; the text is taken to end in a zero,
 // whatever the buffer holds past length.
 unsigned char byteAfter(const TextBlock *block, uint32_t end) {
@@ -82,8 +100,9 @@ unsigned char byteAfter(const TextBlock *block, uint32_t end) {
 // Skips non-word characters from the cursor; skipped punctuation (not white
 // space) forgets the remembered word. False when the end of the text is reached.
 bool skipToCursorWord(TextBlock *block) {
+    const uint8_t *row = classRow(block);
     while (block->cursor < block->length) {
-        uint8_t cls = classOf(block->charSet, byteAt(block, block->cursor));
+        uint8_t cls = row[byteAt(block, block->cursor)];
         if (cls & (CC_LETTER | CC_DIGIT)) return true;
         if ((cls & CC_PUNCT) && !(cls & CC_SPACE)) block->previousWord[0] = '\0';
         ++block->cursor;
@@ -124,6 +143,7 @@ int16_t BlockOpen(char *text, uint32_t length, uint32_t size, uint16_t copy, int
     block->previousWordPos = 0;
     block->charSet = charSet;
     block->cursor = skipToWord(block, 0);
+    block->hadWord = block->cursor < block->length;
     return 0;
 }
 
@@ -143,13 +163,17 @@ int16_t BlockClose(TextBlock *block) {
 // ORTH_BUFFER_TOO_SMALL_ERR (logged) for a buffer of size 0, which gets
 // nothing written. A buffer of size 1 receives an empty word.
 int16_t BlockGetWord(TextBlock *block, char *buffer, uint16_t size) {
+    return BlockGetWordMeasured(block, buffer, size, nullptr);
+}
+
+int16_t BlockGetWordMeasured(TextBlock *block, char *buffer, uint16_t size, BlockMeasure *memo) {
     uint32_t start = skipToWord(block, block->cursor);
     if (start >= block->length) return ORTH_WORD_NOT_FOUND_ERR;
     if (buffer == nullptr || size == 0) {
         engineLog("BlockGetWord: buffer too small");
         return ORTH_BUFFER_TOO_SMALL_ERR;
     }
-    uint32_t n = measureWord(block, start, size - 1u);
+    uint32_t n = measureKept(block, start, size - 1u, memo);
     std::memcpy(buffer, block->text + start, n);
     buffer[n] = '\0';
     return byteAfter(block, start + n);
@@ -157,9 +181,11 @@ int16_t BlockGetWord(TextBlock *block, char *buffer, uint16_t size) {
 
 // 0 with the cursor on the next word's first character and firstWord 0, or
 // ORTH_WORD_NOT_FOUND_ERR with the cursor at the end of the text.
-int16_t BlockNextWord(TextBlock *block) {
+int16_t BlockNextWord(TextBlock *block) { return BlockNextWordMeasured(block, nullptr); }
+
+int16_t BlockNextWordMeasured(TextBlock *block, BlockMeasure *memo) {
     if (!skipToCursorWord(block)) return ORTH_WORD_NOT_FOUND_ERR;
-    block->cursor += measureWord(block, block->cursor, kMaxWordLen);
+    block->cursor += measureKept(block, block->cursor, kMaxWordLen, memo);
     if (!skipToCursorWord(block)) return ORTH_WORD_NOT_FOUND_ERR;
     block->firstWord = 0;
     return 0;
@@ -180,10 +206,19 @@ int16_t BlockSetCursor(TextBlock *block, uint32_t cursor) {
 // 1 when the word at the cursor repeats the remembered word (which is then
 // forgotten), else 0; otherwise remembers the word unless punctuation follows it.
 int16_t BlockDoubledWord(TextBlock *block, bool caseSensitive) {
+    return BlockDoubledWordMeasured(block, caseSensitive, nullptr);
+}
+
+int16_t BlockDoubledWordMeasured(TextBlock *block, bool caseSensitive, BlockMeasure *memo) {
     char word[kWordBufSize];
-    int16_t follow = BlockGetWord(block, word, kWordBufSize);
+    int16_t follow = BlockGetWordMeasured(block, word, kWordBufSize, memo);
     if (follow < 0) return 0;
-    bool same = caseSensitive ? std::strcmp(word, block->previousWord) == 0
+    return BlockDoubledWordOf(block, caseSensitive, word, follow);
+}
+
+int16_t BlockDoubledWordOf(TextBlock *block, bool caseSensitive, const char *word, int16_t follow) {
+    // (A first character that differs decides the case-sensitive test.)
+    bool same = caseSensitive ? word[0] == block->previousWord[0] && std::strcmp(word, block->previousWord) == 0
                               : compareNoCase(word, block->previousWord, block->charSet) == 0;
     if (block->cursor != block->previousWordPos && same) {
         block->previousWord[0] = '\0';
@@ -265,6 +300,23 @@ int32_t BlockGetText(TextBlock *block, char *buffer, uint32_t size) {
     }
     if (block->length > 0) std::memcpy(buffer, block->text, block->length);
     return static_cast<int32_t>(block->length);
+}
+
+// The previous piece's walk ended in BlockNextWord's search for a next word,
+// which goes on here (punctuation met forgets the remembered word); finding
+// one after a word of an earlier piece clears firstWord as it would have.
+// The remembered word's position lies before this piece.
+void BlockTakeCarry(TextBlock *block, const BlockCarry *carry) {
+    copyWord(block->previousWord, carry->previousWord);
+    block->previousWordPos = UINT32_MAX;
+    block->cursor = 0;
+    if (skipToCursorWord(block) && carry->hadWord) block->firstWord = 0;
+    block->hadWord = block->hadWord || carry->hadWord;
+}
+
+void BlockSaveCarry(const TextBlock *block, BlockCarry *carry) {
+    copyWord(carry->previousWord, block->previousWord);
+    carry->hadWord = block->hadWord;
 }
 
 // 0. The word count walks the text from its start and puts the cursor back;

@@ -47,6 +47,13 @@ int16_t findBlock(int16_t sessionId, int16_t blockId, const char *function, Sess
     return 0;
 }
 
+// Whether two buffers share a byte.
+bool overlaps(const char *a, size_t aSize, const char *b, size_t bSize) {
+    if (a == nullptr || b == nullptr || aSize == 0 || bSize == 0) return false;
+    auto x = reinterpret_cast<uintptr_t>(a), y = reinterpret_cast<uintptr_t>(b);
+    return x < y + bSize && y < x + aSize;
+}
+
 bool isAllDigits(const char *word, int charSet) {
     for (const char *p = word; *p != '\0'; ++p) {
         if (!(classOf(charSet, static_cast<unsigned char>(*p)) & CC_DIGIT)) return false;
@@ -127,8 +134,9 @@ extern "C" ORTH_API int16_t ORTH_CALL ORTH_CheckBlock(int16_t sessionId, int16_t
     int16_t found = findBlock(sessionId, blockId, "ORTH_CheckBlock", &s, &block);
     if (found < 0) return found;
     uint32_t checkMask = mask | s->options;
+    BlockMeasure memo;  // the text cannot change during this call
     for (;;) {
-        int16_t rc = BlockGetWord(block, word, wordSize);
+        int16_t rc = BlockGetWordMeasured(block, word, wordSize, &memo);
         if (rc == ORTH_WORD_NOT_FOUND_ERR) return ORTH_CHK_END_OF_BLOCK;
         if (rc < 0) return rc;
         // Only the first word of a block must start with a capital.
@@ -138,13 +146,19 @@ extern "C" ORTH_API int16_t ORTH_CALL ORTH_CheckBlock(int16_t sessionId, int16_t
         int16_t result = 0;
         if (!isAllDigits(word, block->charSet)) {
             result = checkBlockWord(s, checkMask, word, replacement, replacementSize);
-            if ((checkMask & ORTH_REPORT_DOUBLED_WORDS_OPT) &&
-                BlockDoubledWord(block, (checkMask & ORTH_CASE_SENSITIVE_OPT) != 0)) {
-                result |= ORTH_CHK_DOUBLED_WORD;
+            if (checkMask & ORTH_REPORT_DOUBLED_WORDS_OPT) {
+                // The doubled-word test extracts the word again into 64
+                // bytes; with a word buffer of that size that the check left
+                // alone, the word is still there.
+                const bool cs = (checkMask & ORTH_CASE_SENSITIVE_OPT) != 0;
+                const bool kept = wordSize == kWordBufSize && !overlaps(word, wordSize, replacement, replacementSize);
+                if (kept ? BlockDoubledWordOf(block, cs, word, rc) : BlockDoubledWordMeasured(block, cs, &memo)) {
+                    result |= ORTH_CHK_DOUBLED_WORD;
+                }
             }
         }
         if (result != 0) return result;
-        if (BlockNextWord(block) < 0) return ORTH_CHK_END_OF_BLOCK;
+        if (BlockNextWordMeasured(block, &memo) < 0) return ORTH_CHK_END_OF_BLOCK;
     }
 }
 
@@ -197,4 +211,29 @@ extern "C" ORTH_API int16_t ORTH_CALL ORTH_SetBlockCursor(int16_t sessionId, int
     TextBlock *block;
     int16_t rc = findBlock(sessionId, blockId, "ORTH_SetBlockCursor", nullptr, &block);
     return rc < 0 ? rc : BlockSetCursor(block, cursor);
+}
+
+int16_t saveBlockCarry(int16_t sessionId, int16_t blockId, BlockCarry *carry) {
+    TextBlock *block;
+    int16_t rc = findBlock(sessionId, blockId, "saveBlockCarry", nullptr, &block);
+    if (rc < 0) return rc;
+    BlockSaveCarry(block, carry);
+    return 0;
+}
+
+int16_t takeBlockCarry(int16_t sessionId, int16_t blockId, const BlockCarry *carry) {
+    TextBlock *block;
+    int16_t rc = findBlock(sessionId, blockId, "takeBlockCarry", nullptr, &block);
+    if (rc < 0) return rc;
+    BlockTakeCarry(block, carry);
+    return 0;
+}
+
+int16_t reopenBlock(int16_t sessionId, int16_t blockId, char *text, uint32_t length) {
+    Session *s;
+    TextBlock *block;
+    int16_t rc = findBlock(sessionId, blockId, "reopenBlock", &s, &block);
+    if (rc < 0) return rc;
+    BlockClose(block);
+    return BlockOpen(text, length, length, 0, s->charSet, block);
 }

@@ -428,16 +428,16 @@ int compareBytes(const char *a, const char *b) {
     return static_cast<int>(*p) - static_cast<int>(*q);
 }
 
-void copyWord(char dst[kWordBufSize], const char *src) {
-    size_t n = 0;
-    while (n < kMaxWordLen && src[n] != '\0') { dst[n] = src[n]; ++n; }
+size_t copyWord(char dst[kWordBufSize], const char *src) {
+    const size_t n = strnlen(src, kMaxWordLen);
+    std::memmove(dst, src, n);
     dst[n] = '\0';
+    return n;
 }
 
 uint16_t normalizeWord(const char *word, int charSet, uint32_t mask, char out[kWordBufSize]) {
-    copyWord(out, word);
+    size_t n = copyWord(out, word);
     auto *w = reinterpret_cast<unsigned char *>(out);
-    size_t n = std::strlen(out);
     if (n == 0) return 0;
     if ((mask & ORTH_STRIP_POSSESSIVES_OPT) && n >= 2) {
         unsigned char last = w[n - 1], before = w[n - 2];

@@ -5,6 +5,7 @@
 // access can leave the tables.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "engine/limits.h"
@@ -67,5 +68,6 @@ struct LanguageName {
 };
 extern const LanguageName languageNameTable[20];
 
-// Copies at most 63 bytes of src into a 64-byte buffer, always terminated.
-void copyWord(char dst[kWordBufSize], const char *src);
+// Copies at most 63 bytes of src into a 64-byte buffer, always terminated;
+// returns the length copied.
+size_t copyWord(char dst[kWordBufSize], const char *src);

@@ -129,14 +129,24 @@ const TLexEntry *findChangeEntry(const TLexState *state, const char *word, int16
     return nullptr;
 }
 
-void addCandidate(const char *candidate, int16_t score, bool suppressed, SuggestionList *list) {
+namespace {
+
+// Whether two words are equal in their first 63 bytes.
+bool sameWord(const char *a, const char *b) {
+    int k = 0;
+    while (k < kMaxWordLen && a[k] == b[k] && a[k] != '\0') ++k;
+    return k == kMaxWordLen || a[k] == b[k];
+}
+
+void insertCandidate(const char *candidate, int16_t score, bool suppressed, bool mayBeListed,
+                     SuggestionList *list) {
     if (list->capacity == 0) return;
     bool full = list->count >= list->capacity;
     if (full && list->entries[list->capacity - 1].score >= score) return;
     uint16_t place = 0;
     while (place < list->count && list->entries[place].score >= score) ++place;
-    for (uint16_t i = 0; i < list->count; ++i) {
-        if (std::strncmp(list->entries[i].word, candidate, kMaxWordLen) == 0) {
+    for (uint16_t i = 0; mayBeListed && i < list->count; ++i) {
+        if (sameWord(list->entries[i].word, candidate)) {
             if (suppressed) list->entries[i].suppressed = 1;
             return;
         }
@@ -151,6 +161,16 @@ void addCandidate(const char *candidate, int16_t score, bool suppressed, Suggest
     if (!full) ++list->count;
 }
 
+}  // namespace
+
+void addCandidate(const char *candidate, int16_t score, bool suppressed, SuggestionList *list) {
+    insertCandidate(candidate, score, suppressed, true, list);
+}
+
+void addUnlistedCandidate(const char *candidate, int16_t score, SuggestionList *list) {
+    insertCandidate(candidate, score, false, false, list);
+}
+
 // Percentage of the word's points left after charging each typing error:
 // 1 for a case difference, 5 for another form of the same base letter, 50
 // for swapped neighbours, 40 for an extra or a missing letter, 100 for a
@@ -161,60 +181,166 @@ int16_t typographicalScore(const char *word, const char *candidate, int16_t char
     return typographicalScoreAbove(word, static_cast<int>(std::strlen(word)), candidate, charSet, 0);
 }
 
-// The running score only falls, so the walk can stop as soon as the result
-// can no longer exceed floor. Every step that changes the difference of the
-// two positions costs at least 40, as does every character left over, so a
-// length difference of d caps the score at base - 40d before any walking.
-int16_t typographicalScoreAbove(const char *word, int wordLen, const char *candidate,
-                                int16_t charSet, int16_t floor) {
-    const int row = charSetRow(charSet);
+namespace {
+
+// The typographical walk from a state (positions in word and candidate,
+// running score) to its end: the score's percentage when the final running
+// score reaches least, else 0. wb holds the base letters of the word and a
+// 0 after them; the candidate ends in a zero, whose base letter is 0 too,
+// so looking one character ahead needs no test of either length. Each step
+// taken is recorded in resume when one is given, with the furthest
+// candidate position it looked at; and when the walk gives 0 because its
+// running score fell below least (or to 0, or is about to lose more than it
+// can), resume->decided is the length of the candidate's prefix that decided it.
+TypoStep packStep(int i, int j, int score, int read) {
+    return TypoStep{static_cast<int16_t>(i), static_cast<int16_t>(j), static_cast<int16_t>(score),
+                    static_cast<int16_t>(read)};
+}
+
+template <bool kRecord>
+int16_t walkTypo(const unsigned char *w, const uint8_t *wb, int lw, const unsigned char *c, int lc,
+                 int row, int16_t full, int least, TypoStep state, TypoResume *resume) {
     const uint8_t *base = baseLetterTable[row];
     const uint8_t *cls = charClassTable[row];
-    auto *w = reinterpret_cast<const unsigned char *>(word);
-    auto *c = reinterpret_cast<const unsigned char *>(candidate);
-    const int lw = wordLen;
-    const int lc = static_cast<int>(std::strlen(candidate));
-    const int16_t full = static_cast<int16_t>(lw == 0 ? 1 : 100 * lw);
-    const int diff = lc > lw ? lc - lw : lw - lc;
-    if (diff > lw / 2) return 0;
-    // Smallest running score whose result is above floor.
-    const int least = ((floor + 1) * full + 99) / 100;
-    if (full - 40 * diff < least) return 0;
-    int16_t score = full;
-    int i = 0, j = 0;
-    while (i < lw && j < lc && score > 0) {
-        if (score < least) return 0;
-        unsigned char x = w[i], y = c[j];
-        uint8_t bx = base[x], by = base[y];
+    int score = state.score;
+    int i = state.i, j = state.j, read = state.read;
+    // least is at least 1, so a score that reaches 0 is below it: the test
+    // of the score ends the walk in every case where the walk's own test
+    // (a score of 0 or less) would, and with the same result, 0.
+    for (;;) {
+        if (score < least) {
+            if (kRecord) resume->decided = read + 1;
+            return 0;
+        }
+        if (i >= lw || j >= lc) break;
+        const unsigned char y = c[j];
+        const uint8_t bx = wb[i], by = base[y];
         if (bx == by) {
+            read = j;
+            const unsigned char x = w[i];
             if (x != y) {
-                if (((cls[x] ^ cls[y]) & CC_LOWER) != 0) score = static_cast<int16_t>(score - 1);
-                if (toLowerChar(row, x) != toLowerChar(row, y)) score = static_cast<int16_t>(score - 5);
+                if (((cls[x] ^ cls[y]) & CC_LOWER) != 0) score -= 1;
+                if (toLowerChar(row, x) != toLowerChar(row, y)) score -= 5;
             }
         } else {
-            uint8_t bx1 = i + 1 < lw ? base[w[i + 1]] : 0;
-            uint8_t by1 = j + 1 < lc ? base[c[j + 1]] : 0;
+            // Every kind of difference costs at least 40: when that is more
+            // than the score can lose, the candidate's character here has
+            // decided the 0 already, whatever follows it.
+            if (score - least < 40) {
+                if (kRecord) resume->decided = j + 1;
+                return 0;
+            }
+            read = j + 1;  // the candidate's next character, or its end
+            const uint8_t bx1 = wb[i + 1], by1 = base[c[j + 1]];
             if (bx1 == by && by1 == bx) {
-                score = static_cast<int16_t>(score - 50);
+                score -= 50;
                 if (i + 1 < lw) ++i;
                 if (j + 1 < lc) ++j;
             } else if (bx1 == by) {
-                score = static_cast<int16_t>(score - 40);
+                score -= 40;
                 if (i + 1 < lw) ++i;
             } else if (by1 == bx) {
-                score = static_cast<int16_t>(score - 40);
+                score -= 40;
                 if (j + 1 < lc) ++j;
             } else {
-                bool vx = (cls[bx] & CC_VOWEL) != 0, vy = (cls[by] & CC_VOWEL) != 0;
-                score = static_cast<int16_t>(score - (vx != vy ? 100 : 50));
+                score -= ((cls[bx] ^ cls[by]) & CC_VOWEL) != 0 ? 100 : 50;
             }
         }
         ++i;
         ++j;
+        if (kRecord) resume->steps[resume->count++] = packStep(i, j, score, read);
     }
-    score = static_cast<int16_t>(score - 40 * (lc - j) - 40 * (lw - i));
+    score -= 40 * (lc - j) + 40 * (lw - i);
     if (score <= 0 || score < least) return 0;
     return static_cast<int16_t>(score * 100 / full);
+}
+
+// The base letters of a word and a 0 after them.
+void baseLettersOf(const unsigned char *w, int lw, int row, uint8_t out[kWordBufSize + 1]) {
+    const uint8_t *base = baseLetterTable[row];
+    for (int i = 0; i < lw; ++i) out[i] = base[w[i]];
+    out[lw] = 0;
+}
+
+// The running score only falls, so the walk can stop as soon as the result
+// can no longer exceed floor. Every step that changes the difference of the
+// two positions costs at least 40, as does every character left over, so a
+// length difference of d caps the score at base - 40d before any walking.
+// False when the candidate is out of reach before walking.
+bool typoBounds(int lw, int lc, int16_t floor, int16_t *full, int *least) {
+    *full = static_cast<int16_t>(lw == 0 ? 1 : 100 * lw);
+    // Smallest running score whose result is above floor.
+    *least = ((floor + 1) * *full + 99) / 100;
+    const int diff = lc > lw ? lc - lw : lw - lc;
+    return typographicalLengthFits(lw, lc) && *full - 40 * diff >= *least;
+}
+
+}  // namespace
+
+bool typographicalLengthFits(int wordLen, int candidateLen) {
+    const int diff = candidateLen > wordLen ? candidateLen - wordLen : wordLen - candidateLen;
+    return diff <= wordLen / 2;
+}
+
+int16_t typographicalScoreAbove(const char *word, int wordLen, const char *candidate,
+                                int16_t charSet, int16_t floor) {
+    const int lc = static_cast<int>(std::strlen(candidate));
+    int16_t full;
+    int least;
+    if (!typoBounds(wordLen, lc, floor, &full, &least)) return 0;
+    const auto *w = reinterpret_cast<const unsigned char *>(word);
+    const int row = charSetRow(charSet);
+    uint8_t wb[kWordBufSize + 1];
+    baseLettersOf(w, wordLen, row, wb);
+    return walkTypo<false>(w, wb, wordLen, reinterpret_cast<const unsigned char *>(candidate), lc, row, full,
+                           least, packStep(0, 0, full, -1), nullptr);
+}
+
+// A walk's step depends on the candidate only up to the furthest position
+// it looked at, so the steps of the last walk that looked no further than
+// the prefix it shares with this candidate are this candidate's first steps
+// too; the walk resumes after them, with the same outcome as from the start.
+int16_t walkResumed(const Scorer &scorer, TypoResume *resume, const char *candidate, int lc) {
+    int kept = resume->count;
+    while (kept > 0 && resume->steps[kept - 1].read >= static_cast<int>(resume->shared)) --kept;
+    const int16_t full = resume->full;
+    TypoStep from = kept > 0 ? resume->steps[kept - 1] : packStep(0, 0, full, -1);
+    resume->count = kept;
+    resume->shared = ~0u;  // the next candidate's shared prefix is with this one
+    resume->decided = 0;
+    // The running score only falls: below least already, the walk ends at 0.
+    if (from.score < resume->least) {
+        resume->decided = from.read + 1;
+        return 0;
+    }
+    return walkTypo<true>(reinterpret_cast<const unsigned char *>(scorer.word), resume->wordBase,
+                          scorer.wordLen, reinterpret_cast<const unsigned char *>(candidate), lc,
+                          charSetRow(scorer.charSet), full, resume->least, from, resume);
+}
+
+void setTypoFloor(const Scorer &scorer, TypoResume *resume, int16_t floor) {
+    const int lw = scorer.wordLen;
+    int16_t full;
+    int least;
+    typoBounds(lw, lw, floor, &full, &least);
+    // typoBounds passes a length difference d when d <= lw / 2 and
+    // full - 40 d >= least.
+    int most = lw / 2;
+    if (full < least) most = -1;
+    else if ((full - least) / 40 < most) most = (full - least) / 40;
+    resume->floor = floor;
+    resume->full = full;
+    resume->least = least;
+    resume->minLength = lw - most;
+    resume->lengthSpan = most < 0 ? -1 : 2 * most;
+}
+
+void startTypoResume(const Scorer &scorer, TypoResume *resume) {
+    resume->count = 0;
+    resume->shared = 0;
+    baseLettersOf(reinterpret_cast<const unsigned char *>(scorer.word), scorer.wordLen,
+                  charSetRow(scorer.charSet), resume->wordBase);
+    setTypoFloor(scorer, resume, 0);
 }
 
 namespace {

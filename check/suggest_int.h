@@ -57,6 +57,9 @@ extern const PhoneticDigraph phoneticDigraphTable[kPhoneticDigraphs];
 // suppressed). A full list drops its last entry, or ignores a candidate that
 // does not beat it. A list of capacity 0 takes nothing.
 void addCandidate(const char *candidate, int16_t score, bool suppressed, SuggestionList *list);
+// addCandidate of an unsuppressed word that the caller knows is not in the
+// list (it skips the search for it).
+void addUnlistedCandidate(const char *candidate, int16_t score, SuggestionList *list);
 
 // Scorers.
 int16_t typographicalScore(const char *word, const char *candidate, int16_t charSet);
@@ -64,6 +67,49 @@ int16_t typographicalScore(const char *word, const char *candidate, int16_t char
 // word's length, measured once for a whole search.
 int16_t typographicalScoreAbove(const char *word, int wordLen, const char *candidate,
                                 int16_t charSet, int16_t floor);
+// Whether lengths let the typographical score be above 0 at all: it is 0
+// when they differ by more than half the word's length.
+bool typographicalLengthFits(int wordLen, int candidateLen);
+// Typographical scoring of candidates met in sorted order, resuming the
+// last walk over the prefix a candidate shares with the one before it.
+struct TypoStep {
+    int16_t i, j;     // positions in word and candidate after the step
+    int16_t score;    // running score after the step
+    int16_t read;     // the furthest candidate position the step looked at (-1: none)
+};
+struct TypoResume {
+    uint8_t wordBase[kWordBufSize + 1];  // base letters of the scorer's word, then 0
+    TypoStep steps[2 * kWordBufSize];  // of the last candidate walked
+    int count;
+    uint32_t shared;   // bytes the coming candidate shares with that one
+    // For the floor last asked for: the word's full score, the least final
+    // running score above the floor, and the candidate lengths that can
+    // reach it (minLength to minLength + lengthSpan; a span of -1: none).
+    int16_t floor;
+    int16_t full;
+    int least;
+    int minLength;
+    int lengthSpan;
+    // After a score of 0: when nonzero, every candidate sharing its first
+    // decided bytes with that one scores 0 too, under the same floor.
+    int decided;
+};
+void startTypoResume(const Scorer &scorer, TypoResume *resume);   // nothing walked yet
+void setTypoFloor(const Scorer &scorer, TypoResume *resume, int16_t floor);
+int16_t walkResumed(const Scorer &scorer, TypoResume *resume, const char *candidate, int lc);
+// typographicalScoreAbove of a candidate of length lc that shares its first
+// sharedWithPrevious bytes with the candidate scored just before it (through
+// the same resume record, for the same scorer).
+inline int16_t typographicalScoreResumed(const Scorer &scorer, TypoResume *resume, const char *candidate,
+                                         int lc, uint32_t sharedWithPrevious, int16_t floor) {
+    if (sharedWithPrevious < resume->shared) resume->shared = sharedWithPrevious;
+    if (floor != resume->floor) setTypoFloor(scorer, resume, floor);
+    if (static_cast<unsigned>(lc - resume->minLength) > static_cast<unsigned>(resume->lengthSpan)) {
+        resume->decided = 0;
+        return 0;
+    }
+    return walkResumed(scorer, resume, candidate, lc);
+}
 int16_t phoneticScore(const char *word, const char *candidate, int16_t charSet);
 void phoneticKey(const char *word, char key[kWordBufSize]);
 void prepareScorer(Scorer *scorer, ScoreMeasure measure, const char *word, int16_t charSet);

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Regenerates en_US.words and en_GB.words from Debian's wamerican and
-wbritish lists (/usr/share/dict): UTF-8 to ISO-8859-1, entries ending in a
-possessive 's dropped, sorted byte-wise, CR LF line ends.
+wbritish lists (/usr/share/dict): every entry, UTF-8 to ISO-8859-1, sorted
+byte-wise, CR LF line ends. The dictionary build (orth_mkdict --stems)
+reduces possessive entries to the stems the checker looks up.
 
 Usage: make_wordlists.py [source-folder] [output-folder]
 """
@@ -16,7 +17,7 @@ def convert(src, dst):
     with open(src, encoding="utf-8") as f:
         for line in f:
             word = line.rstrip("\r\n")
-            if not word or word.endswith("'s"):
+            if not word:
                 continue
             try:
                 words.add(word.encode("iso-8859-1"))

@@ -57,6 +57,7 @@ void closeLexSlot(Session *session, int16_t lexId) {
     engineLog("ORTH_CloseLex: %hd closed", lexId);
     delete lex;
     session->lexicons[lexId] = nullptr;
+    session->openSlots = static_cast<uint16_t>(session->openSlots & ~(1u << lexId));
 }
 
 // New lexicon id; ORTH_BAD_SESSION_ID_ERR; ORTH_FILE_NOT_FOUND_ERR for a
@@ -108,6 +109,7 @@ extern "C" ORTH_API int16_t ORTH_CALL ORTH_OpenLex(int16_t sessionId, const char
         return rc;
     }
     s->lexicons[slot] = lex;
+    s->openSlots = static_cast<uint16_t>(s->openSlots | (1u << slot));
     engineLog("ORTH_OpenLex: %s opened; id=%hd", fileName, slot);
     return slot;
 }
@@ -144,6 +146,7 @@ extern "C" ORTH_API int16_t ORTH_CALL ORTH_CreateLex(int16_t sessionId, const ch
         return rc;
     }
     s->lexicons[slot] = lex;
+    s->openSlots = static_cast<uint16_t>(s->openSlots | (1u << slot));
     bool temporary = fileName == nullptr || fileName[0] == '\0';
     engineLog("ORTH_CreateLex: %s created; id=%hd", temporary ? "temp. lex" : fileName, slot);
     return slot;

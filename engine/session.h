@@ -31,6 +31,7 @@ struct Session {
     int16_t language;
     CompressState *compress;
     uint32_t options;
+    uint16_t openSlots;   // bit n set while lexicons[n] holds a lexicon (the registry keeps it)
 };
 
 extern Session *sessionTable[kMaxSessions];

@@ -12,6 +12,11 @@
 // (4) decodeSeg never reads outside the segment's data and never builds a
 //     word of more than 63 bytes: any coding that would is corrupt data (-6).
 // (5) No file handle stays open between calls: loadSeg reopens by path.
+// (6) A loaded segment may carry a word table (clex_table.cpp), attached by
+//     loadSeg and dropped with the data; lookups and decodeSeg answer from
+//     it when it is there and walk the coded data otherwise, with the same
+//     results either way. Its memory counts against the budget beside the
+//     data, but only the data's lengths decide which segments are evicted.
 #include "lex/clex.h"
 
 #include <cstdlib>
@@ -111,99 +116,65 @@ int16_t checkSegTable(const CLexState *state, int32_t fileSize) {
     return 0;
 }
 
-void releaseSegData(CLexSeg *s) {
+void releaseSegData(CLexState *state, CLexSeg *s) {
+    dropWordTable(state, s);
     std::free(s->data);
     s->data = nullptr;
-    std::free(s->restarts);
-    s->restarts = nullptr;
-    s->restartCount = 0;
-    std::free(s->blocks);
-    s->blocks = nullptr;
-    s->blockCount = 0;
 }
 
-// Walks the word boundaries of a segment's data, calling mark(offset) for
-// every word that opens without a sharing code. False when the data is not
-// well formed enough to index (a block or a word running past its end, a
-// block whose first word keeps characters).
-template <typename MarkBlock, typename Mark>
-bool walkRestarts(const uint8_t *data, uint32_t size, MarkBlock markBlock, Mark mark) {
-    uint32_t pos = 0;
-    while (pos < size) {
-        if (size - pos < kClexBlockHeaderSize) return false;
-        markBlock(pos, data[pos + 4]);
-        uint32_t bodyLen = readU32(data + pos);
-        uint32_t i = pos + kClexBlockHeaderSize;
-        if (bodyLen > size - i) return false;
-        uint32_t end = i + bodyLen;
-        bool firstWord = true;
-        while (i < end) {
-            if (data[i] == kCodePad) {
-                ++i;
-                continue;
-            }
-            uint8_t c = data[i];
-            bool keeps = c == kCodeKeepAll || c == kCodeKeepN || c == kCodeKeepButLast;
-            if (keeps && firstWord) return false;
-            if (!keeps) mark(i);
-            firstWord = false;
-            if (keeps) i += c == kCodeKeepN ? 2 : 1;
-            for (;;) {
-                if (i >= end) return false;
-                c = data[i++];
-                if (c >= kCodeLiteralFirst || c == kCodePad) continue;
-                if (c == kCodeKeepAll || c == kCodeKeepN || c == kCodeKeepButLast) return false;
-                if (c == kCodeSecondary && i++ >= end) return false;
-                break;  // the end code or a suffix ends the word
-            }
-        }
-        pos = end;
+// Sets the small-word bits when the table is in the order its binary search
+// needs; lookups then test a bit and find exactly what the search finds.
+void indexSmallWords(CLexState *state) {
+    std::memset(state->smallPairs, 0, sizeof state->smallPairs);
+    state->smallIndexed = false;
+    for (uint16_t i = 1; i < state->smallCount; ++i) {
+        const uint8_t *a = state->smallWords[i - 1], *b = state->smallWords[i];
+        if (a[0] > b[0] || (a[0] == b[0] && a[1] > b[1])) return;
     }
-    return true;
+    for (uint16_t i = 0; i < state->smallCount; ++i) {
+        uint32_t pair = (uint32_t{state->smallWords[i][0]} << 8) | state->smallWords[i][1];
+        state->smallPairs[pair >> 6] |= uint64_t{1} << (pair & 63);
+    }
+    state->smallIndexed = true;
 }
 
-// Builds the block table and restart index of a freshly loaded segment, or
-// leaves none.
-void buildRestarts(CLexSeg *s) {
-    uint32_t count = 0, blockCount = 0;
-    if (!walkRestarts(s->data, s->length, [&](uint32_t, uint8_t) { ++blockCount; },
-                      [&](uint32_t) { ++count; }) ||
-        count == 0) {
-        return;
-    }
-    auto *index = static_cast<uint16_t *>(std::malloc(count * sizeof(uint16_t)));
-    auto *blocks = static_cast<CLexBlockRef *>(std::malloc(blockCount * sizeof(CLexBlockRef)));
-    if (index == nullptr || blocks == nullptr) {
-        std::free(index);
-        std::free(blocks);
-        return;
-    }
-    uint32_t n = 0, b = 0;
-    walkRestarts(
-        s->data, s->length,
-        [&](uint32_t at, uint8_t third) {
-            blocks[b++] = CLexBlockRef{static_cast<uint16_t>(at), static_cast<uint16_t>(n), third};
-        },
-        [&](uint32_t at) { index[n++] = static_cast<uint16_t>(at); });
-    s->restarts = index;
-    s->restartCount = static_cast<uint16_t>(count);
-    s->blocks = blocks;
-    s->blockCount = static_cast<uint16_t>(blockCount);
+bool hasSmallPair(const CLexState *state, uint8_t a, uint8_t b) {
+    uint32_t pair = (uint32_t{a} << 8) | b;
+    return ((state->smallPairs[pair >> 6] >> (pair & 63)) & 1) != 0;
 }
 
-// The outcome of decoding one word of a block.
-enum DecodeStep { kWordDone, kBodyDone, kCorrupt };
+// Set bits of v, by adding neighbouring bit counts in ever wider fields (no
+// instruction beyond the baseline of every target is needed).
+uint32_t countBits(uint64_t v) {
+    v = v - ((v >> 1) & 0x5555555555555555u);
+    v = (v & 0x3333333333333333u) + ((v >> 2) & 0x3333333333333333u);
+    v = (v + (v >> 4)) & 0x0F0F0F0F0F0F0F0Fu;
+    return static_cast<uint32_t>((v * 0x0101010101010101u) >> 56);
+}
 
-// Fills the first-byte index of the (sorted) segment table: the segments
-// whose key starts with byte b are firstByteStart[b] to firstByteStart[b + 1] - 1.
-void indexFirstBytes(CLexState *state) {
+// Fills the key index of the (sorted) segment table: the segments whose key
+// starts with byte b are firstByteStart[b] to firstByteStart[b + 1] - 1, and
+// bit c of secondBytes[b] is set when the key b c is among them.
+void indexKeys(CLexState *state) {
     uint16_t seg = 0;
+    std::memset(state->secondBytes, 0, sizeof state->secondBytes);
     for (int b = 0; b < 256; ++b) {
         state->firstByteStart[b] = seg;
-        while (seg < state->segCount && state->segs[seg].key[0] == b) ++seg;
+        for (; seg < state->segCount && state->segs[seg].key[0] == b; ++seg) {
+            uint8_t c = state->segs[seg].key[1];
+            state->secondBytes[b][c >> 6] |= uint64_t{1} << (c & 63);
+        }
     }
     state->firstByteStart[256] = seg;
+    for (int b = 0; b < 256; ++b) {
+        uint32_t n = state->firstByteStart[b];
+        for (int w = 0; w < 4; ++w) {
+            state->keysBefore[b][w] = static_cast<uint16_t>(n);
+            n += countBits(state->secondBytes[b][w]);
+        }
+    }
 }
+
 
 }  // namespace
 
@@ -234,6 +205,9 @@ int16_t CLex_GetInfo(const char *path, int16_t *type, uint16_t *language) {
 int16_t CLex_Open(const char *path, uint32_t budget, CLexState *state) {
     state->segs = nullptr;
     state->segCount = 0;
+    state->tableBytes = 0;
+    state->evictions = 0;
+    state->plainWalks = false;
     if (path == nullptr || std::strlen(path) > static_cast<size_t>(kMaxPathLen)) {
         // A cut path would name another file; refuse it instead.
         engineLog("CLex_Open: path too long");
@@ -274,6 +248,7 @@ int16_t CLex_Open(const char *path, uint32_t budget, CLexState *state) {
         return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
     }
     state->smallCount = smallCount;
+    indexSmallWords(state);
     state->budget = budget;
     state->freeBudget = budget;
     state->language = readU16(header + kOffLanguage);
@@ -297,10 +272,7 @@ int16_t CLex_Open(const char *path, uint32_t budget, CLexState *state) {
         s.offset = readU32(rec);
         s.length = readU32(rec + 4);
         s.data = nullptr;
-        s.restarts = nullptr;
-        s.restartCount = 0;
-        s.blocks = nullptr;
-        s.blockCount = 0;
+        s.table = nullptr;
         s.lastUse = 0;
         s.key[0] = rec[8];
         s.key[1] = rec[9];
@@ -318,7 +290,7 @@ int16_t CLex_Open(const char *path, uint32_t budget, CLexState *state) {
         failOpen(fh, state);
         return rc;
     }
-    indexFirstBytes(state);
+    indexKeys(state);
     state->useCounter = 0;
     fileClose(fh);
     return 0;
@@ -326,7 +298,7 @@ int16_t CLex_Open(const char *path, uint32_t budget, CLexState *state) {
 
 void CLex_Close(CLexState *state) {
     if (state->segs != nullptr) {
-        for (uint16_t i = 0; i < state->segCount; ++i) releaseSegData(&state->segs[i]);
+        for (uint16_t i = 0; i < state->segCount; ++i) releaseSegData(state, &state->segs[i]);
         std::free(state->segs);
     }
     state->segs = nullptr;
@@ -334,21 +306,15 @@ void CLex_Close(CLexState *state) {
 }
 
 int32_t findSegment(const CLexState *state, uint8_t k0, uint8_t k1) {
-    // Only the segments whose key starts with k0 are searched, by branch-free
-    // halving (the compiler turns the step into a conditional move).
+    // The keys are unique and sorted, so the segment's index is the first
+    // index of its first byte plus the number of smaller second bytes
+    // (counted beforehand for whole words of the bit set).
     if (state->segs == nullptr) return -1;
-    uint32_t first = state->firstByteStart[k0];
-    uint32_t n = state->firstByteStart[k0 + 1] - first;
-    if (n == 0) return -1;
-    const unsigned want = (unsigned{k0} << 8) | k1;
-    const CLexSeg *base = state->segs + first;
-    auto keyOf = [](const CLexSeg *s) { return (unsigned{s->key[0]} << 8) | s->key[1]; };
-    while (n > 1) {
-        uint32_t half = n / 2;
-        base = keyOf(base + half) <= want ? base + half : base;
-        n -= half;
-    }
-    return keyOf(base) == want ? static_cast<int32_t>(base - state->segs) : -1;
+    const uint64_t *bits = state->secondBytes[k0];
+    const uint32_t word = k1 >> 6, bit = k1 & 63;
+    if (((bits[word] >> bit) & 1) == 0) return -1;
+    return static_cast<int32_t>(state->keysBefore[k0][word] +
+                                countBits(bits[word] & ((uint64_t{1} << bit) - 1)));
 }
 
 int16_t loadSeg(CLexState *state, uint16_t seg) {
@@ -370,8 +336,9 @@ int16_t loadSeg(CLexState *state, uint16_t seg) {
             if (c.data != nullptr && (victim < 0 || c.lastUse < state->segs[victim].lastUse)) victim = i;
         }
         if (victim < 0) break;  // nothing left to evict; the open check keeps length <= budget
-        releaseSegData(&state->segs[victim]);
+        releaseSegData(state, &state->segs[victim]);
         state->freeBudget += state->segs[victim].length;
+        ++state->evictions;
     }
     auto *buf = static_cast<uint8_t *>(std::malloc(s.length));
     if (buf == nullptr) {
@@ -399,20 +366,14 @@ int16_t loadSeg(CLexState *state, uint16_t seg) {
     }
     fileClose(fh);
     s.data = buf;
-    buildRestarts(&s);
     s.lastUse = state->useCounter;
     if (state->budget != 0) state->freeBudget -= s.length;
+    attachWordTable(state, seg);
     return 0;
 }
 
-namespace {
-
-// Decodes one word of a block body starting at *pos (below end) into buf,
-// whose first three bytes are already set. Leading padding is skipped; a
-// body holding only padding gives kBodyDone. On kWordDone, *len is the
-// word's length and buf[*len] is zero.
 DecodeStep decodeWord(const CLexState *state, const uint8_t *data, uint32_t *pos, uint32_t end,
-                      char *buf, uint32_t *len) {
+                      char *buf, uint32_t *len, bool report) {
     uint32_t i = *pos;
     while (i < end && data[i] == kCodePad) ++i;
     if (i == end) {
@@ -424,13 +385,13 @@ DecodeStep decodeWord(const CLexState *state, const uint8_t *data, uint32_t *pos
     bool first = true;  // keep codes may only open a word
     for (;;) {
         if (i >= end) {
-            logCorrupt("decodeSeg: word runs past its block");
+            if (report) logCorrupt("decodeSeg: word runs past its block");
             return kCorrupt;
         }
         uint8_t c = data[i++];
         if (c >= kCodeLiteralFirst) {
             if (p >= static_cast<uint32_t>(kMaxWordLen)) {
-                logCorrupt("decodeSeg: word over %d bytes", kMaxWordLen);
+                if (report) logCorrupt("decodeSeg: word over %d bytes", kMaxWordLen);
                 return kCorrupt;
             }
             buf[p++] = static_cast<char>(c);
@@ -446,7 +407,7 @@ DecodeStep decodeWord(const CLexState *state, const uint8_t *data, uint32_t *pos
             break;
         case kCodeKeepN:
             if (i >= end) {
-                logCorrupt("decodeSeg: keep count past its block");
+                if (report) logCorrupt("decodeSeg: keep count past its block");
                 return kCorrupt;
             }
             p += data[i++];
@@ -456,7 +417,7 @@ DecodeStep decodeWord(const CLexState *state, const uint8_t *data, uint32_t *pos
             break;
         case kCodeSecondary:
             if (i >= end) {
-                logCorrupt("decodeSeg: suffix index past its block");
+                if (report) logCorrupt("decodeSeg: suffix index past its block");
                 return kCorrupt;
             }
             suffix = state->secondary[data[i++]];
@@ -470,8 +431,10 @@ DecodeStep decodeWord(const CLexState *state, const uint8_t *data, uint32_t *pos
         if (c == kCodeKeepAll || c == kCodeKeepN || c == kCodeKeepButLast) {
             // Kept characters must come from the previous word of the block.
             if (!first || p < 3 || p > prev) {
-                logCorrupt("decodeSeg: keeps %lu of a %lu-byte word", static_cast<unsigned long>(p),
-                           static_cast<unsigned long>(prev));
+                if (report) {
+                    logCorrupt("decodeSeg: keeps %lu of a %lu-byte word", static_cast<unsigned long>(p),
+                               static_cast<unsigned long>(prev));
+                }
                 return kCorrupt;
             }
             first = false;
@@ -480,7 +443,7 @@ DecodeStep decodeWord(const CLexState *state, const uint8_t *data, uint32_t *pos
         if (suffix != nullptr) {
             size_t n = suffixLength(suffix);
             if (p + n > static_cast<size_t>(kMaxWordLen)) {
-                logCorrupt("decodeSeg: word over %d bytes", kMaxWordLen);
+                if (report) logCorrupt("decodeSeg: word over %d bytes", kMaxWordLen);
                 return kCorrupt;
             }
             std::memcpy(buf + p, suffix, n);
@@ -493,6 +456,8 @@ DecodeStep decodeWord(const CLexState *state, const uint8_t *data, uint32_t *pos
     *pos = i;
     return kWordDone;
 }
+
+namespace {
 
 // Exact lookup within one block without rebuilding words. Only lengths are
 // tracked, with m, the length of the prefix that the last word below the
@@ -594,67 +559,6 @@ int scanBlockExact(const CLexState *state, const uint8_t *data, uint32_t i, uint
     return 0;
 }
 
-constexpr int kRestartCorrupt = 0x7FFF;
-
-// Compares the target with the self-contained word coded at i, decoding only
-// as far as they agree: negative when the target is lower, 0 when equal,
-// positive when higher, kRestartCorrupt (after a log line) for bad data.
-int compareRestart(const CLexState *state, const uint8_t *data, uint32_t i, uint32_t end,
-                   const unsigned char *target) {
-    uint32_t p = 3;
-    for (;;) {
-        if (i >= end) break;
-        uint8_t c = data[i++];
-        if (c >= kCodeLiteralFirst) {
-            if (p >= static_cast<uint32_t>(kMaxWordLen)) break;
-            if (c != target[p]) return static_cast<int>(target[p]) - c;
-            ++p;
-            continue;
-        }
-        if (c == kCodePad) continue;
-        if (c == kCodeEnd) return target[p];
-        if (c < kCodeSecondary || (c == kCodeSecondary && i >= end)) break;
-        const uint8_t *suffix = c == kCodeSecondary ? state->secondary[data[i++]]
-                                                     : state->primary[c - kCodePrimaryFirst];
-        size_t n = suffixLength(suffix);
-        if (p + n > static_cast<size_t>(kMaxWordLen)) break;
-        for (size_t k = 0; k < n; ++k) {
-            if (suffix[k] != target[p + k]) return static_cast<int>(target[p + k]) - suffix[k];
-        }
-        return target[p + n];
-    }
-    logCorrupt("decodeSeg: damaged word at %lu", static_cast<unsigned long>(i));
-    return kRestartCorrupt;
-}
-
-// Exact lookup within one block through the restart index: a binary search
-// over the block's self-contained words for the last one not above the
-// target, then the length-only walk from there. Same results as walking
-// from the block's start. 1, 0 or -6.
-int findInBlock(const CLexState *state, const CLexSeg &s, uint16_t block, const unsigned char *target) {
-    const CLexBlockRef &ref = s.blocks[block];
-    uint32_t end = ref.offset + kClexBlockHeaderSize + readU32(s.data + ref.offset);
-    const uint16_t *first = s.restarts + ref.firstRestart;
-    const uint16_t *last = s.restarts + (block + 1 < s.blockCount ? s.blocks[block + 1].firstRestart
-                                                                 : s.restartCount);
-    const uint16_t *lo = first, *hi = last;  // answer in [first - 1, last)
-    while (lo < hi) {
-        const uint16_t *mid = lo + (hi - lo) / 2;
-        int d = compareRestart(state, s.data, *mid, end, target);
-        if (d == kRestartCorrupt) return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
-        if (d == 0) return 1;
-        if (d < 0) hi = mid;
-        else lo = mid + 1;
-    }
-    if (lo == first) return 0;  // below the block's first word
-    // The next restart, when there is one, is known to be above the target.
-    return scanBlockExact(state, s.data, *(lo - 1), lo < last ? *lo : end, target);
-}
-
-}  // namespace
-
-namespace {
-
 // Result of visiting one block: a match, a stop without one, corrupt data,
 // or the block's end with the walk to go on.
 constexpr int kBlockDone = 2;
@@ -669,7 +573,7 @@ int visitBlock(const CLexState *state, const uint8_t *data, uint32_t body, uint3
     uint32_t len = 0;  // the previous word's length: none yet in this block
     uint32_t i = body;
     for (;;) {
-        DecodeStep step = decodeWord(state, data, &i, end, buf, &len);
+        DecodeStep step = decodeWord(state, data, &i, end, buf, &len, true);
         if (step == kCorrupt) return ORTH_UNKNOWN_LEXICON_TYPE_ERR;
         if (step == kBodyDone) return kBlockDone;
         int d = visitor != nullptr ? visitor(word, buf, context) : compareBytes(word, buf);
@@ -735,16 +639,8 @@ int decodeSeg(CLexState *state, uint16_t seg, const char *word, bool sameThirdBy
               DecodeVisitor visitor, void *context) {
     if (state->segs == nullptr || seg >= state->segCount || state->segs[seg].data == nullptr) return 0;
     const CLexSeg &s = state->segs[seg];
+    if (s.table != nullptr) return tableVisit(s.table, word, sameThirdByte, visitor, context);
     const auto *w = reinterpret_cast<const unsigned char *>(word);
-    if (visitor == nullptr && sameThirdByte && s.blocks != nullptr) {
-        // The block table was built from well-formed block headers.
-        for (uint16_t b = 0; b < s.blockCount; ++b) {
-            if (s.blocks[b].third < w[2]) continue;
-            if (s.blocks[b].third > w[2]) return 0;
-            return findInBlock(state, s, b, w);
-        }
-        return 0;
-    }
     char buf[kWordBufSize];
     buf[0] = static_cast<char>(s.key[0]);
     buf[1] = static_cast<char>(s.key[1]);
@@ -782,33 +678,58 @@ int lookupSmallWord(const char *word, const uint8_t (*smallWords)[2], uint16_t c
 // over 63 bytes); a failed loadSeg's code as it is; ORTH_UNKNOWN_LEXICON_TYPE_ERR
 // when the segment walked turns out corrupt.
 int16_t CLex_Lookup(const char *word, int16_t charSet, bool caseSensitive, CLexState *state) {
+    if (word == nullptr) return ORTH_WORD_NOT_FOUND_ERR;
+    return CLex_LookupLength(word, boundedLength(word), charSet, caseSensitive, state);
+}
+
+int16_t CLex_LookupLength(const char *word, size_t len, int16_t charSet, bool caseSensitive,
+                          CLexState *state) {
     if (word == nullptr || state->segs == nullptr) return ORTH_WORD_NOT_FOUND_ERR;
-    size_t len = boundedLength(word);
     if (len == 0 || len > static_cast<size_t>(kMaxWordLen)) return ORTH_WORD_NOT_FOUND_ERR;
-    if (len < 3) {
-        return lookupSmallWord(word, state->smallWords, state->smallCount, caseSensitive, charSet)
-                   ? 0
-                   : ORTH_WORD_NOT_FOUND_ERR;
-    }
     auto c1 = static_cast<unsigned char>(word[0]);
     auto c2 = static_cast<unsigned char>(word[1]);
+    if (len < 3) {
+        if (!state->smallIndexed) {
+            return lookupSmallWord(word, state->smallWords, state->smallCount, caseSensitive, charSet)
+                       ? 0
+                       : ORTH_WORD_NOT_FOUND_ERR;
+        }
+        if (caseSensitive) return hasSmallPair(state, c1, c2) ? 0 : ORTH_WORD_NOT_FOUND_ERR;
+        unsigned char keys[4][2];
+        caseKeys(c1, c2, charSet, keys);
+        for (const auto &key : keys) {
+            if (hasSmallPair(state, key[0], key[1])) return 0;
+        }
+        return ORTH_WORD_NOT_FOUND_ERR;
+    }
     if (caseSensitive) {
         int32_t seg = findSegment(state, c1, c2);
         if (seg < 0) return ORTH_WORD_NOT_FOUND_ERR;
-        int16_t rc = loadSeg(state, static_cast<uint16_t>(seg));
+        int16_t rc = touchSeg(state, static_cast<uint16_t>(seg));
         if (rc < 0) return rc;
+        const CLexWordTable *table = state->segs[seg].table;
+        if (table != nullptr) return tableHolds(table, word, len) ? 0 : ORTH_WORD_NOT_FOUND_ERR;
         int found = decodeSeg(state, static_cast<uint16_t>(seg), word, true, nullptr, nullptr);
         if (found < 0) return static_cast<int16_t>(found);
         return found == 1 ? 0 : ORTH_WORD_NOT_FOUND_ERR;
     }
     unsigned char keys[4][2];
     caseKeys(c1, c2, charSet, keys);
+    const int row = charSetRow(charSet);
+    bool hashed = false;
+    uint32_t hash = 0;
     for (const auto &key : keys) {
         int32_t seg = findSegment(state, key[0], key[1]);
         if (seg < 0) continue;
-        int16_t rc = loadSeg(state, static_cast<uint16_t>(seg));
+        int16_t rc = touchSeg(state, static_cast<uint16_t>(seg));
         if (rc < 0) return rc;
-        int found = walkFolded(state, static_cast<uint16_t>(seg), word, charSet);
+        int found = -1;
+        if (state->segs[seg].table != nullptr) {
+            if (!hashed) hash = foldedHash(word, row);
+            hashed = true;
+            found = tableFindFolded(state, static_cast<uint16_t>(seg), word, row, hash);
+        }
+        if (found < 0) found = walkFolded(state, static_cast<uint16_t>(seg), word, charSet);
         if (found < 0) return static_cast<int16_t>(found);
         if (found == 1) return 0;
     }

@@ -27,15 +27,27 @@ struct Encoded {
     std::string bytes;
     std::vector<uint32_t> origin;
     std::vector<bool> foreign;  // byte i stands for a character the set lacks
+    // Set by encodeUtf8Into for ASCII text without a NUL: byte i is source
+    // byte i, and origin and foreign are left empty.
+    bool identity = false;
     bool hasForeign(size_t from, size_t to) const;
     // The source text that gave bytes [from, to).
     std::string sourceOf(const std::string &utf8, size_t from, size_t to) const;
+    // The source offset of byte i (i up to bytes.size()), and the source
+    // span [*start, *start + *n) that gave bytes [from, to) (clamped).
+    size_t sourceOffset(size_t i) const;
+    void sourceSpan(size_t from, size_t to, size_t *start, size_t *n) const;
 };
 
 // Converts UTF-8 to character set 0. Invalid UTF-8 bytes, and letters of
 // other scripts, become kForeignByte; symbols and punctuation the set lacks
 // become a blank (they separate words); a NUL byte becomes a blank.
 Encoded encodeUtf8(const std::string &utf8);
+// The same into *out, reusing its buffers; ASCII text comes out as its own
+// conversion (identity).
+void encodeUtf8Into(const char *utf8, size_t n, Encoded *out);
+// Whether text is all ASCII without a NUL byte (its own conversion).
+bool isPlainAscii(const char *text, size_t n);
 // Converts character-set-0 bytes to UTF-8; with typoApostrophe, plain
 // apostrophes are written as U+2019.
 std::string decodeToUtf8(const std::string &bytes, bool typoApostrophe = false);

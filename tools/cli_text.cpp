@@ -33,7 +33,7 @@ const uint16_t kWinHigh[32] = {
 
 // Decodes one UTF-8 character at s[pos]; returns its length (0 when the
 // bytes there are not a valid sequence) and the code point.
-size_t decodeOne(const std::string &s, size_t pos, uint32_t *cp) {
+size_t decodeOne(const char *s, size_t size, size_t pos, uint32_t *cp) {
     auto b = [&](size_t i) { return static_cast<unsigned char>(s[pos + i]); };
     unsigned char c = b(0);
     size_t len;
@@ -43,7 +43,7 @@ size_t decodeOne(const std::string &s, size_t pos, uint32_t *cp) {
     else if (c >= 0xE0 && c <= 0xEF) { len = 3; value = c & 0x0F; }
     else if (c >= 0xF0 && c <= 0xF4) { len = 4; value = c & 0x07; }
     else return 0;
-    if (pos + len > s.size()) return 0;
+    if (pos + len > size) return 0;
     for (size_t i = 1; i < len; ++i) {
         if ((b(i) & 0xC0) != 0x80) return 0;
         value = (value << 6) | (b(i) & 0x3F);
@@ -93,35 +93,77 @@ void appendUtf8(std::string *out, uint32_t cp) {
 }  // namespace
 
 bool Encoded::hasForeign(size_t from, size_t to) const {
-    for (size_t i = from; i < to && i < foreign.size(); ++i)
+    for (size_t i = from; i < to && i < foreign.size(); ++i)  // identity: none
         if (foreign[i]) return true;
     return false;
 }
 
 std::string Encoded::sourceOf(const std::string &utf8, size_t from, size_t to) const {
+    size_t start, n;
+    sourceSpan(from, to, &start, &n);
+    return utf8.substr(start, n);
+}
+
+size_t Encoded::sourceOffset(size_t i) const { return identity ? i : origin[i]; }
+
+void Encoded::sourceSpan(size_t from, size_t to, size_t *start, size_t *n) const {
     if (from > bytes.size()) from = bytes.size();
     if (to > bytes.size()) to = bytes.size();
     if (to < from) to = from;
-    return utf8.substr(origin[from], origin[to] - origin[from]);
+    *start = sourceOffset(from);
+    *n = sourceOffset(to) - *start;
+}
+
+bool isPlainAscii(const char *text, size_t n) {
+    size_t i = 0;
+    for (; i + 8 <= n; i += 8) {
+        uint64_t v;
+        std::memcpy(&v, text + i, 8);
+        const uint64_t high = 0x8080808080808080u, ones = 0x0101010101010101u;
+        if (((v | ((v - ones) & ~v)) & high) != 0) return false;  // a byte above 0x7F, or a zero
+    }
+    for (; i < n; ++i) {
+        if (static_cast<unsigned char>(text[i]) - 1u >= 0x7Fu) return false;
+    }
+    return true;
+}
+
+void encodeUtf8Into(const char *utf8, size_t n, Encoded *e) {
+    e->bytes.clear();
+    e->origin.clear();
+    e->foreign.clear();
+    e->identity = isPlainAscii(utf8, n);
+    if (e->identity) {
+        e->bytes.assign(utf8, n);
+        return;
+    }
+    e->bytes.reserve(n);
+    e->origin.reserve(n + 1);
+    e->foreign.reserve(n);
+    size_t pos = 0;
+    while (pos < n) {
+        uint32_t cp = 0;
+        size_t len = decodeOne(utf8, n, pos, &cp);
+        int byte = len == 0 ? -1 : byteFor(cp);
+        if (len == 0) len = 1;  // an invalid byte stands for itself
+        e->origin.push_back(static_cast<uint32_t>(pos));
+        e->foreign.push_back(byte == -1);
+        e->bytes.push_back(static_cast<char>(byte == -1 ? kForeignByte : byte == -2 ? ' ' : byte));
+        pos += len;
+    }
+    e->origin.push_back(static_cast<uint32_t>(n));
 }
 
 Encoded encodeUtf8(const std::string &utf8) {
     Encoded e;
-    e.bytes.reserve(utf8.size());
-    e.origin.reserve(utf8.size() + 1);
-    e.foreign.reserve(utf8.size());
-    size_t pos = 0;
-    while (pos < utf8.size()) {
-        uint32_t cp = 0;
-        size_t len = decodeOne(utf8, pos, &cp);
-        int byte = len == 0 ? -1 : byteFor(cp);
-        if (len == 0) len = 1;  // an invalid byte stands for itself
-        e.origin.push_back(static_cast<uint32_t>(pos));
-        e.foreign.push_back(byte == -1);
-        e.bytes.push_back(static_cast<char>(byte == -1 ? kForeignByte : byte == -2 ? ' ' : byte));
-        pos += len;
+    encodeUtf8Into(utf8.data(), utf8.size(), &e);
+    if (e.identity) {
+        // The full maps, for callers that read them.
+        e.identity = false;
+        e.origin.resize(utf8.size() + 1);
+        for (size_t i = 0; i <= utf8.size(); ++i) e.origin[i] = static_cast<uint32_t>(i);
+        e.foreign.assign(utf8.size(), false);
     }
-    e.origin.push_back(static_cast<uint32_t>(utf8.size()));
     return e;
 }
 

@@ -4,13 +4,17 @@
 // checks and log lines), CheckBlock (the checking loop over a memory lexicon:
 // stops, numbers, doubled words across calls and punctuation, capitalisation
 // of the first word only, a reported word repeating until stepped past,
-// caller buffers).
+// caller buffers); CheckPieces (a text checked in pieces that carry the word
+// memory reports what the whole text reports).
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "block/block.h"
 #include "orth.h"
 #include "support/test_util.h"
 
@@ -179,6 +183,69 @@ TEST_F(CheckBlock, CallerBuffersAreNeverOverrun) {
     EXPECT_STREQ(r.data(), "mis");
     EXPECT_EQ(std::string(w.begin() + 5, w.end()) + std::string(r.begin() + 4, r.end()),
               std::string(16, 0x5A));
+}
+
+using CheckPieces = BlockApi;
+
+// Reports as "position:word:result", over the whole text or in pieces cut at
+// the given positions, each piece taking over the word memory of the last.
+Lines reportsInPieces(int16_t session, std::string text, const std::vector<uint32_t> &cuts, uint32_t mask) {
+    Lines out;
+    BlockCarry carry{};
+    for (size_t k = 0; k <= cuts.size(); ++k) {
+        const uint32_t from = k == 0 ? 0 : cuts[k - 1], to = k == cuts.size() ? uint32_t(text.size()) : cuts[k];
+        int16_t b = ORTH_OpenBlock(session, &text[from], to - from, to - from, 0);
+        if (k > 0) {
+            EXPECT_EQ(takeBlockCarry(session, b, &carry), 0);
+        }
+        char w[64];
+        for (int16_t r; (r = ORTH_CheckBlock(session, b, mask, w, sizeof w, nullptr, 0)) != ORTH_CHK_END_OF_BLOCK;) {
+            uint32_t cursor = 0;
+            ORTH_GetBlockInfo(session, b, nullptr, nullptr, &cursor, nullptr);
+            out.push_back(std::to_string(from + cursor) + ":" + w + ":" + std::to_string(r));
+            if (ORTH_NextBlockWord(session, b) != 0) break;
+        }
+        EXPECT_EQ(saveBlockCarry(session, b, &carry), 0);
+        ORTH_CloseBlock(session, b);
+    }
+    return out;
+}
+
+TEST_F(CheckPieces, PiecesCutAtWordStartsOrBetweenWordsReportAsTheWholeText) {
+    knownWords({"the", "cat", "sat", "on", "mat", "e.g", "well", "known", "dog's"});
+    const std::string text = "the cat the cat, cat -- cat... "
+                             "e.g. well-known well-known; dog's dog's "
+                             "zork zork\tthe\n\n the " + std::string(70, 'x') + " " +
+                             std::string(63, 'y') + "yy cat-. mat";
+    // The walk's word starts, and positions inside runs that start no word.
+    std::vector<uint32_t> cuts;
+    int16_t b = open(text, 0);
+    for (;;) {
+        uint32_t cursor = 0;
+        ORTH_GetBlockInfo(session, b, nullptr, nullptr, &cursor, nullptr);
+        if (cursor > 0 && cursor < text.size()) cuts.push_back(cursor);
+        if (ORTH_NextBlockWord(session, b) != 0) break;
+    }
+    ORTH_CloseBlock(session, b);
+    for (uint32_t i = 1; i < text.size(); ++i) {
+        auto c = static_cast<unsigned char>(text[i]), before = static_cast<unsigned char>(text[i - 1]);
+        if (!std::isalnum(c) && !std::isalnum(before) && c != '\'' && before != '\'') cuts.push_back(i);
+    }
+    std::sort(cuts.begin(), cuts.end());
+    cuts.erase(std::unique(cuts.begin(), cuts.end()), cuts.end());
+    ASSERT_GT(cuts.size(), 30u);
+    for (uint32_t mask : {ORTH_REPORT_DOUBLED_WORDS_OPT | ORTH_REPORT_UNCAPPED_WORDS_OPT, 0u}) {
+        const Lines whole = reportsInPieces(session, text, {}, mask);
+        ASSERT_GE(whole.size(), 7u) << ::testing::PrintToString(whole);
+        for (uint32_t cut : cuts) EXPECT_EQ(reportsInPieces(session, text, {cut}, mask), whole) << "cut at " << cut;
+        for (size_t k = 0; k + 7 < cuts.size(); k += 3) {
+            EXPECT_EQ(reportsInPieces(session, text, {cuts[k], cuts[k + 3], cuts[k + 7]}, mask), whole) << cuts[k];
+        }
+    }
+    // A piece without a word passes the memory on, and a first piece
+    // without one leaves the next piece's first word the text's first.
+    EXPECT_EQ(reportsInPieces(session, "  , the  the", {1, 4}, ORTH_REPORT_DOUBLED_WORDS_OPT | ORTH_REPORT_UNCAPPED_WORDS_OPT),
+              (Lines{"4:the:8", "9:the:128"}));
 }
 
 }  // namespace

@@ -4,7 +4,8 @@
 // refused, never read past, also under random damage), CompressedBudget
 // (budget check, least-recently-used eviction, resident segments need no
 // file), CompressedLookup (small words, exact and case-insensitive lookups,
-// the early stop of the folded walk).
+// the early stop of the folded walk), WordTables (decoded tables answer as
+// the walks, are built only for ordered data, fit the budget beside the data).
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -238,6 +239,92 @@ TEST_F(CompressedLookup, SmallWordsCaseFormsAndTheEarlyStop) {
         {"abaa", true, 0},  {"abaa", false, -3}, {"ABZOO", false, 0},
     };
     for (const Case &c : cases) EXPECT_EQ(lookup(c.word, c.caseSensitive), c.rc) << c.word << c.caseSensitive;
+}
+
+using WordTables = Reader;
+
+int collect(const char *, const char *decoded, void *context) {
+    static_cast<std::vector<std::string> *>(context)->push_back(decoded);
+    return 1;
+}
+
+// Every answer of a state against a plain one (no tables) over the words,
+// their case forms and near misses, under the given character sets.
+void expectSameAnswers(CLexState *fast, CLexState *plain, const std::vector<std::string> &words,
+                       std::initializer_list<int16_t> charSets) {
+    for (int16_t cs : charSets) {
+        for (const std::string &w : words) {
+            std::string upper = w, miss = w + "\xE9";
+            for (char &c : upper) c = static_cast<char>(clexmodel::upper(static_cast<unsigned char>(c)));
+            for (const std::string &f : {w, upper, miss, w.substr(0, w.size() - 1)}) {
+                for (bool exact : {true, false})
+                    ASSERT_EQ(CLex_Lookup(f.c_str(), cs, exact, fast), CLex_Lookup(f.c_str(), cs, exact, plain)) << f << cs;
+            }
+        }
+    }
+    for (uint16_t seg = 0; seg < fast->segCount; ++seg) {
+        for (bool third : {false, true}) {
+            std::vector<std::string> a, b;
+            ASSERT_EQ(loadSeg(fast, seg), 0);
+            ASSERT_EQ(loadSeg(plain, seg), 0);
+            EXPECT_EQ(decodeSeg(fast, seg, "zzc", third, collect, &a), decodeSeg(plain, seg, "zzc", third, collect, &b));
+            EXPECT_EQ(a, b);
+        }
+    }
+}
+
+TEST_F(WordTables, AnswerAsTheWalksAndAreBuiltForOrderedDataOnly) {
+    const std::vector<std::string> words = {"Zac", "Zack", "abZoo", "abaa", "abc", "abcd", "abcde", "cab", "cabs",
+                                            "zzc", "zzcat", "zzcz", "\xC9t\xE9", "\xE9t\xE9s"};
+    const std::string path = build("w.clx", words);
+    auto plain = std::make_unique<CLexState>();
+    ASSERT_EQ(CLex_Open(path.c_str(), 0, state.get()), 0);
+    ASSERT_EQ(CLex_Open(path.c_str(), 0, plain.get()), 0);
+    plain->plainWalks = true;
+    expectSameAnswers(state.get(), plain.get(), words, {0, 1, 5, 7, 0});
+    for (uint16_t seg = 0; seg < state->segCount; ++seg) {
+        EXPECT_NE(state->segs[seg].table, nullptr);
+        EXPECT_EQ(plain->segs[seg].table, nullptr);
+    }
+    CLex_Close(plain.get());
+    CLex_Close(state.get());
+    // Words out of order in a block, and blocks out of order: the walks
+    // stop at the first greater word or block, and no table says otherwise.
+    const std::string block = bytes({4, 0, 0, 0, 'c', 0, 'z', 0, 'a', 0});      // abcz, then abca
+    const std::string blocks = bytes({4, 0, 0, 0, 'd', 0, 'x', 0, 5, 5, 1, 0, 0, 0, 'c', 0, 0});  // cddx, then cdc
+    ASSERT_EQ(CLex_Open(put("o.clx", rawLexicon({{"ab", block}, {"cd", blocks}})).c_str(), 0, state.get()), 0);
+    EXPECT_EQ((std::vector<int>{lookup("abcz"), lookup("abca"), lookup("cddx"), lookup("cdc")}),
+              (std::vector<int>{0, ORTH_WORD_NOT_FOUND_ERR, 0, ORTH_WORD_NOT_FOUND_ERR}));
+    EXPECT_EQ(state->segs[0].table, nullptr);
+    EXPECT_EQ(state->segs[1].table, nullptr);
+}
+
+TEST_F(WordTables, DataAndTablesStayWithinTheBudget) {
+    std::vector<std::string> words;
+    for (char a = 'a'; a <= 'f'; ++a)
+        for (char b = 'a'; b <= 'f'; ++b)
+            for (int n = 0; n < 40; ++n) words.push_back(std::string{a, b, 'a'} + std::to_string(1000 + n));
+    const std::string path = build("b.clx", words);  // 36 segments of 40 words
+    auto plain = std::make_unique<CLexState>();
+    ASSERT_EQ(CLex_Open(path.c_str(), 0, plain.get()), 0);
+    plain->plainWalks = true;
+    for (uint32_t budget : {0u, 700u, 2000u, 20000u}) {
+        SCOPED_TRACE(budget);
+        ASSERT_EQ(CLex_Open(path.c_str(), budget, state.get()), 0);
+        bool someTable = false;
+        for (const std::string &w : words) {
+            ASSERT_EQ(lookup(w), 0);
+            ASSERT_EQ(lookup(w + "x", false), ORTH_WORD_NOT_FOUND_ERR);
+            if (budget != 0) {
+                ASSERT_LE(uint64_t{budget - state->freeBudget} + state->tableBytes, budget);
+            }
+            for (uint16_t seg = 0; seg < state->segCount; ++seg) someTable = someTable || state->segs[seg].table != nullptr;
+        }
+        EXPECT_EQ(someTable, budget != 700u);  // 700 holds a segment's data, never its table beside it
+        expectSameAnswers(state.get(), plain.get(), {words[0], words[700], words.back()}, {0});
+        CLex_Close(state.get());
+    }
+    CLex_Close(plain.get());
 }
 
 }  // namespace

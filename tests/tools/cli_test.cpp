@@ -60,6 +60,21 @@ TEST_F(Cli, ListPrintsEachMisspellingOncePerOccurrence) {
     }
 }
 
+// A line of over a megabyte is checked in pieces; it still reports as one
+// block: its first word only is the line's first, doubled words are found
+// where the pieces meet.
+TEST_F(Cli, ListChecksAVeryLongLineAsOneBlock) {
+    std::string line, expected = "cat\n";
+    for (int i = 0; i < 150000; ++i) {
+        line += i % 1000 == 999 ? "teh teh " : "cat teh ";
+        // The first teh of "teh teh" doubles the teh before it.
+        expected += i % 1000 == 999 ? "teh\nteh teh\nteh\n" : "teh\n";
+    }
+    Outcome r = orth({"list", "--capitals"}, line + "\xC3\xA9t\xC3\xA9 the the\n");
+    EXPECT_EQ(r.status, 1) << r.err;
+    EXPECT_TRUE(r.out == expected + "\xC3\xA9t\xC3\xA9\nthe the\n") << r.out.size() << " bytes out";
+}
+
 TEST_F(Cli, ListReadsFilesAndNamesThoseItCannotRead) {
     writeFile(dir.file("a.txt"), "teh cat\n");
     Outcome r = orth({"list", dir.file("a.txt"), dir.file("missing.txt")});
