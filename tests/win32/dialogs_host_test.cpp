@@ -209,19 +209,16 @@ protected:
         regPutText(HKEY_LOCAL_MACHINE, "DebugFile", work.file("client.log"));
         regPutText(HKEY_CURRENT_USER, "UserLexPath", userFolder);
         regPutText(HKEY_CURRENT_USER, "UserLexFiles", "personal.tlx");
-        load();
+        dll = std::make_unique<Dll>("ORTH32.DLL");
+        ASSERT_NE(dll->module(), nullptr) << GetLastError();
+        api.load(*dll);
+        ASSERT_TRUE(api.missing.empty()) << api.missing.front();
     }
     void TearDown() override {
         dll.reset();
         clearStore();
     }
 
-    void load() {
-        dll = std::make_unique<Dll>("ORTH32.DLL");
-        ASSERT_NE(dll->module(), nullptr) << GetLastError();
-        api.load(*dll);
-        ASSERT_TRUE(api.missing.empty()) << api.missing.front();
-    }
     static void clearStore() {
         RegDeleteTreeA(HKEY_CURRENT_USER, kTree);
         RegDeleteTreeA(HKEY_LOCAL_MACHINE, kTree);
