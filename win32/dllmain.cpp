@@ -14,17 +14,26 @@
 //     where no unload notification does, stands aside in a DLL.
 //     TMSPL32.DLL refers to nothing of the client layer, so none of it is
 //     linked into that DLL.
+// (3) ORTH32.DLL installs its Win32 front end at load (ui/win32/winui.h):
+//     from then on the client layer's dialogs, message boxes and edit-control
+//     calls are real windows, made from this module's own resources. That
+//     only records function pointers; no window is made while the loader
+//     holds its lock.
 #include <windows.h>
 
 #include "platform/platform.h"
 #ifdef ORTH_DLL_CLIENT_LAYER
 #include "host/client.h"
+#include "ui/win32/winui.h"
 #endif
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved*/) {
     if (reason == DLL_PROCESS_ATTACH) {
         platSetModuleHandle(module);
         DisableThreadLibraryCalls(module);  // no per-thread state to set up
+#ifdef ORTH_DLL_CLIENT_LAYER
+        winUiInstall();
+#endif
     } else if (reason == DLL_PROCESS_DETACH) {
 #ifdef ORTH_DLL_CLIENT_LAYER
         closeClient();

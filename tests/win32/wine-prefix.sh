@@ -5,6 +5,12 @@
 # win32_client_ini.exe, is told a Win32s 3.10 version word (non-NT, below
 # 3.95), under which the settings store uses INI files instead of the
 # registry.
+#
+# For the dialogs: the wine fonts are copied into the prefix's Fonts folder
+# (Debian's wine does not find them otherwise, and MS Sans Serif falls back
+# to a wider font), and the X11 driver draws its own window frames instead
+# of waiting for a window manager (there is none under Xvfb; every EndDialog
+# would wait for one for about 2 s).
 set -eu
 prefix=$1 arch=$2
 case "$prefix" in
@@ -27,7 +33,14 @@ REGEDIT4
 
 [HKEY_CURRENT_USER\Software\Wine\AppDefaults\win32_client_ini.exe]
 "Version"="win31"
+
+[HKEY_CURRENT_USER\Software\Wine\X11 Driver]
+"Managed"="N"
 REG
+fonts="$prefix/drive_c/windows/Fonts"
+if [ -d /usr/share/wine/fonts ] && [ -d "$fonts" ]; then
+    cp /usr/share/wine/fonts/* "$fonts/"
+fi
 timeout 60 wine regedit /S "$prefix/orth-tests.reg"
 timeout 60 wineserver -w
 test -f "$prefix/system.reg" || { echo "wine-prefix: no registry in $prefix" >&2; exit 1; }
