@@ -15,6 +15,8 @@
 //     split.
 // (2) A line is converted to the 8-bit set only once; an all-ASCII line
 //     (the common case) is its own conversion and needs no offset map.
+// (3) Entries are gathered in ListRun::out and written once per chunk read
+//     (or when they reach kChunkBytes), not one by one.
 #include <cerrno>
 #include <cstring>
 #ifdef _WIN32
@@ -55,15 +57,22 @@ struct ListRun {
     ListCounts counts;
     Encoded enc;
     int16_t block = -1;   // put over each line in turn (reopenBlock)
+    std::string out;      // entries not yet written
 };
 
-void printEntry(const char *text, size_t n, bool doubled) {
-    std::fwrite(text, 1, n, stdout);
+void flushEntries(ListRun &run) {
+    std::fwrite(run.out.data(), 1, run.out.size(), stdout);
+    run.out.clear();
+}
+
+void printEntry(ListRun &run, const char *text, size_t n, bool doubled) {
+    run.out.append(text, n);
     if (doubled) {
-        std::fputc(' ', stdout);
-        std::fwrite(text, 1, n, stdout);
+        run.out += ' ';
+        run.out.append(text, n);
     }
-    std::fputc('\n', stdout);
+    run.out += '\n';
+    if (run.out.size() >= kChunkBytes) flushEntries(run);
 }
 
 // Checks length bytes of 8-bit text as one block and prints what it reports:
@@ -104,11 +113,11 @@ void checkPiece(ListRun &run, const char *src, char *text, uint32_t length, cons
         size_t from = cursor, n = std::strlen(word);
         if (!plain) enc.sourceSpan(cursor, cursor + n, &from, &n);
         if (rc & ~ORTH_CHK_DOUBLED_WORD) {
-            printEntry(src + from, n, false);
+            printEntry(run, src + from, n, false);
             ++run.counts.reported;
         }
         if (rc & ORTH_CHK_DOUBLED_WORD) {
-            printEntry(src + from, n, true);
+            printEntry(run, src + from, n, true);
             ++run.counts.reported;
         }
         if (ORTH_NextBlockWord(run.session, block) < 0) break;
@@ -196,6 +205,7 @@ bool checkStream(ListRun &run, FILE *in) {
             inPieces = false;
             pos = end + 1;
         }
+        flushEntries(run);
     }
     if (std::ferror(in)) return false;
     if (!pending.empty()) {
@@ -234,7 +244,7 @@ int runList(const GlobalOptions &opts, const std::vector<std::string> &args) {
 
     DictSession ds;
     if (!openDictionary(opts, &ds)) return kExitError;
-    ListRun run{ds.session, lo, ListCounts{}, Encoded{}, -1};
+    ListRun run{ds.session, lo, ListCounts{}, Encoded{}, -1, std::string()};
     bool fileFailed = false;
     for (const std::string &f : files) {
         errno = 0;
@@ -249,6 +259,7 @@ int runList(const GlobalOptions &opts, const std::vector<std::string> &args) {
     }
     if (run.block >= 0) ORTH_CloseBlock(ds.session, run.block);
     closeDictionary(&ds);
+    flushEntries(run);
     std::fflush(stdout);
     if (fileFailed || run.counts.engineFailed) return kExitError;
     return run.counts.reported > 0 ? kExitFound : kExitOk;
