@@ -17,6 +17,16 @@
 //     (the common case) is its own conversion and needs no offset map.
 // (3) Entries are gathered in ListRun::out and written once per chunk read
 //     (or when they reach kChunkBytes), not one by one.
+// (4) Unless first words must start with a capital, consecutive ASCII lines
+//     of a chunk are checked as one block with each line feed turned into
+//     kLineMark (checkJoinedLines), which reports exactly what a block per
+//     line would: a word ends at the mark as at a block's end (the mark
+//     joins nothing, so periods, hyphens and apostrophes before it are
+//     measured alike); the word before it is followed by punctuation, so
+//     the doubled-word memory forgets it, as a new block starts with none;
+//     and the walk keeps no other state from word to word but the
+//     first-word flag, which only the capital rule reads. A carriage return
+//     left before the mark is white space, as the end of a line is.
 #include <cerrno>
 #include <cstring>
 #ifdef _WIN32
@@ -33,6 +43,10 @@ namespace {
 
 constexpr size_t kChunkBytes = 1 << 16;     // read at a time
 constexpr size_t kPieceBytes = 1 << 20;     // longest piece of a line checked at once
+// The line ends of joined lines (invariant 4): punctuation in every
+// character set (bytes below 0x80 are classed alike in all), and neither a
+// joiner inside a word (period, hyphen) nor an apostrophe.
+constexpr char kLineMark = '!';
 // A word as the block walk measures it spans at most 63 bytes, and its
 // measure looks at most two bytes past its end; a piece reaches this far
 // past its last word start.
@@ -41,6 +55,7 @@ constexpr uint32_t kLookahead = 2 * kWordBufSize + 2;
 struct ListOptions {
     bool doubled = true;
     bool capitals = false;
+    bool joinLines = false;  // invariant 4
 };
 
 struct ListCounts {
@@ -159,6 +174,16 @@ void checkLine(ListRun &run, const char *line, size_t n, const BlockCarry *carry
     checkPiece(run, line, &run.enc.bytes[0], static_cast<uint32_t>(run.enc.bytes.size()), carry, nullptr);
 }
 
+// Checks the lines of chunk from start to end (each ended by a line feed,
+// all ASCII) as one block, their line feeds turned into kLineMark.
+void checkJoinedLines(ListRun &run, std::string *chunk, size_t start, size_t end) {
+    if (end == start) return;
+    char *text = &(*chunk)[start];
+    for (char *p = text; (p = static_cast<char *>(std::memchr(p, '\n', end - start - (p - text)))) != nullptr;)
+        *p++ = kLineMark;
+    checkPiece(run, text, text, static_cast<uint32_t>(end - start), nullptr, nullptr);
+}
+
 // Checks the leading part of an unfinished long line held in pending and
 // removes it, keeping what the next piece starts with; carry goes from the
 // pieces before (none when first) to the next.
@@ -181,9 +206,11 @@ bool checkStream(ListRun &run, FILE *in) {
         size_t got = std::fread(&chunk[0], 1, chunk.size(), in);
         if (got == 0) break;
         size_t pos = 0;
+        size_t joined = 0;  // lines from joined to pos wait to be checked as one block
         while (pos < got) {
             const char *nl = static_cast<const char *>(std::memchr(chunk.data() + pos, '\n', got - pos));
             if (nl == nullptr) {
+                checkJoinedLines(run, &chunk, joined, pos);
                 pending.append(chunk, pos, got - pos);
                 while (pending.size() > kPieceBytes) {
                     checkLeadingPiece(run, &pending, !inPieces, &carry);
@@ -194,6 +221,11 @@ bool checkStream(ListRun &run, FILE *in) {
             size_t end = static_cast<size_t>(nl - chunk.data());
             const char *line = chunk.data() + pos;
             size_t n = end - pos;
+            if (run.lo.joinLines && pending.empty() && isPlainAscii(line, n)) {
+                pos = end + 1;
+                continue;
+            }
+            checkJoinedLines(run, &chunk, joined, pos);
             if (!pending.empty()) {
                 pending.append(line, n);
                 line = pending.data();
@@ -204,7 +236,9 @@ bool checkStream(ListRun &run, FILE *in) {
             pending.clear();
             inPieces = false;
             pos = end + 1;
+            joined = pos;
         }
+        if (pos == got) checkJoinedLines(run, &chunk, joined, pos);
         flushEntries(run);
     }
     if (std::ferror(in)) return false;
@@ -244,6 +278,7 @@ int runList(const GlobalOptions &opts, const std::vector<std::string> &args) {
 
     DictSession ds;
     if (!openDictionary(opts, &ds)) return kExitError;
+    lo.joinLines = !lo.capitals && ORTH_GetOption(ds.session, ORTH_REPORT_UNCAPPED_WORDS_OPT) == 0;
     ListRun run{ds.session, lo, ListCounts{}, Encoded{}, -1, std::string()};
     bool fileFailed = false;
     for (const std::string &f : files) {

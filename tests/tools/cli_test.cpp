@@ -1,6 +1,7 @@
 // tests/tools/cli_test.cpp — the orth command end to end: the built program
 // run over a small dictionary folder.
-// Groups: CliList (misspellings, doubled words, capitals, UTF-8, exit codes),
+// Groups: CliList (misspellings, doubled words, capitals, UTF-8, exit codes,
+// lines reported as if checked alone),
 // CliSuggest, CliLex (round trip, change types, personal list), CliCompress
 // (errors with line numbers, a dictionary built and used), CliUsage (help
 // and version of every command, dictionaries by name, the default personal
@@ -8,6 +9,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <map>
+#include <random>
 
 #include "dict/dict_fixture.h"
 #include "tools/cli_runner.h"
@@ -73,6 +76,38 @@ TEST_F(Cli, ListChecksAVeryLongLineAsOneBlock) {
     Outcome r = orth({"list", "--capitals"}, line + "\xC3\xA9t\xC3\xA9 the the\n");
     EXPECT_EQ(r.status, 1) << r.err;
     EXPECT_TRUE(r.out == expected + "\xC3\xA9t\xC3\xA9\nthe the\n") << r.out.size() << " bytes out";
+}
+
+// Lines are reported as if each were checked alone, whatever joins them in
+// the input: a word repeated across a line end is no doubled word, and a
+// period, hyphen or apostrophe at a line's end is measured as at the end of
+// the text. Random runs of lines over many chunks of input, ASCII and not,
+// with a line longer than a chunk among them, in three modes.
+TEST_F(Cli, ListReportsEachLineAsIfCheckedAlone) {
+    const std::vector<std::string> lines = {
+        "the", "the cat", "teh", "teh.", "e.g.", "e.g", "cat-", "teh-", "cat's'", "cats'", "teh'", "", "teh teh",
+        "the\r", "teh.\r", "caf\xC3\xA9 teh", "cat!", "-cat", "'", "teh\xE2\x80\x99", "THE", "the, the", "a.b",
+        "the.", "the-", "teh!", " the", "\tteh\t", "The cat", "cat the", std::string(70, 't'), std::string(63, 't'),
+        std::string("teh\0teh", 7),
+    };
+    const std::vector<std::vector<std::string>> modes = {{"list"}, {"list", "--capitals"}, {"list", "--no-doubled"}};
+    std::string longLine;
+    while (longLine.size() < (size_t{1} << 17)) longLine += "cat teh the the ";
+    longLine += "the";
+    std::map<std::pair<std::string, size_t>, std::string> alone;
+    std::string text, expected[3];
+    std::mt19937 rng(7);
+    for (int i = 0; i < 9000; ++i) {
+        const std::string &line = i % 4000 == 3999 ? longLine : lines[rng() % lines.size()];
+        text += line + "\n";
+        for (size_t m = 0; m < modes.size(); ++m) {
+            auto key = std::make_pair(line, m);
+            if (alone.count(key) == 0) alone[key] = orth(modes[m], line + "\n").out;
+            expected[m] += alone[key];
+        }
+    }
+    ASSERT_GT(text.size(), size_t{1} << 18);
+    for (size_t m = 0; m < modes.size(); ++m) EXPECT_TRUE(orth(modes[m], text).out == expected[m]) << modes[m].back();
 }
 
 TEST_F(Cli, ListReadsFilesAndNamesThoseItCannotRead) {
