@@ -97,6 +97,10 @@ int16_t fetchSuggestions(int16_t session, const char *word, uint16_t maxCount, S
 
 // The all-capitals half of frontAcceptsRejected.
 bool acceptsAllCapitals(int16_t session, const char *word, CapsMemo *memo) {
+    // Bytes below 0x80 are classed alike in every character set: a word
+    // that starts with a lower-case ASCII letter (most words) is settled
+    // without asking the session for its set.
+    if (*word >= 'a' && *word <= 'z') return false;
     int cs = charSetOf(session);
     size_t len = std::strlen(word);
     if (len == 0 || len > static_cast<size_t>(kMaxWordLen) || !isAllCapitals(word, cs)) return false;

@@ -45,6 +45,7 @@ TEST(CharTables, SharedLowHalfWindowsPunctuationOnlyInRowZeroAndAnyCharacterSetI
         {'\t', CC_SPACE}, {'\'', CC_PUNCT}, {0x7F, CC_PUNCT}, {0x0B, 0}, {0x9D, 0}};
     for (int r = 0; r < 10; ++r) {
         for (const auto &l : low) EXPECT_EQ(classOf(r, l.c), l.cls) << r << ":" << int(l.c);
+        for (unsigned char c = 0; c < 0x80; ++c) EXPECT_EQ(classOf(r, c), classOf(0, c)) << r << ":" << int(c);
         EXPECT_EQ(classOf(r, 0x92), r == 0 ? CC_PUNCT : 0) << r;
         EXPECT_EQ(baseLetterOf(r, 'Q'), 'q') << r;
     }
