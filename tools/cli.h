@@ -48,6 +48,8 @@ Encoded encodeUtf8(const std::string &utf8);
 void encodeUtf8Into(const char *utf8, size_t n, Encoded *out);
 // Whether text is all ASCII without a NUL byte (its own conversion).
 bool isPlainAscii(const char *text, size_t n);
+// The length of text's longest leading part that is plain ASCII so.
+size_t plainAsciiPrefix(const char *text, size_t n);
 // Converts character-set-0 bytes to UTF-8; with typoApostrophe, plain
 // apostrophes are written as U+2019.
 std::string decodeToUtf8(const std::string &bytes, bool typoApostrophe = false);

@@ -208,6 +208,17 @@ bool checkStream(ListRun &run, FILE *in) {
         size_t pos = 0;
         size_t joined = 0;  // lines from joined to pos wait to be checked as one block
         while (pos < got) {
+            if (run.lo.joinLines && pending.empty()) {
+                // The lines that end before the first byte that is not
+                // plain ASCII join those waiting (invariant 4).
+                const char *from = chunk.data() + pos;
+                size_t ended = plainAsciiPrefix(from, got - pos);
+                while (ended > 0 && from[ended - 1] != '\n') --ended;
+                if (ended > 0) {
+                    pos += ended;
+                    continue;
+                }
+            }
             const char *nl = static_cast<const char *>(std::memchr(chunk.data() + pos, '\n', got - pos));
             if (nl == nullptr) {
                 checkJoinedLines(run, &chunk, joined, pos);
@@ -221,10 +232,6 @@ bool checkStream(ListRun &run, FILE *in) {
             size_t end = static_cast<size_t>(nl - chunk.data());
             const char *line = chunk.data() + pos;
             size_t n = end - pos;
-            if (run.lo.joinLines && pending.empty() && isPlainAscii(line, n)) {
-                pos = end + 1;
-                continue;
-            }
             checkJoinedLines(run, &chunk, joined, pos);
             if (!pending.empty()) {
                 pending.append(line, n);

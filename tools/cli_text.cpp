@@ -114,19 +114,19 @@ void Encoded::sourceSpan(size_t from, size_t to, size_t *start, size_t *n) const
     *n = sourceOffset(to) - *start;
 }
 
-bool isPlainAscii(const char *text, size_t n) {
+size_t plainAsciiPrefix(const char *text, size_t n) {
     size_t i = 0;
     for (; i + 8 <= n; i += 8) {
         uint64_t v;
         std::memcpy(&v, text + i, 8);
         const uint64_t high = 0x8080808080808080u, ones = 0x0101010101010101u;
-        if (((v | ((v - ones) & ~v)) & high) != 0) return false;  // a byte above 0x7F, or a zero
+        if (((v | ((v - ones) & ~v)) & high) != 0) break;  // a byte above 0x7F, or a zero
     }
-    for (; i < n; ++i) {
-        if (static_cast<unsigned char>(text[i]) - 1u >= 0x7Fu) return false;
-    }
-    return true;
+    while (i < n && static_cast<unsigned char>(text[i]) - 1u < 0x7Fu) ++i;
+    return i;
 }
+
+bool isPlainAscii(const char *text, size_t n) { return plainAsciiPrefix(text, n) == n; }
 
 void encodeUtf8Into(const char *utf8, size_t n, Encoded *e) {
     e->bytes.clear();

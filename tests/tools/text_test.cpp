@@ -1,5 +1,6 @@
 // tests/tools/text_test.cpp — UTF-8 to character set 0 and back.
-// Groups: TextEncode (bytes, origin map, foreign characters, invalid input),
+// Groups: TextEncode (bytes, origin map, foreign characters, invalid input,
+// the plain ASCII run),
 // TextDecode.
 #include <gtest/gtest.h>
 
@@ -57,6 +58,22 @@ TEST(TextDecode, WritesSetZeroAsUtf8) {
         {"\xFF", "\xC3\xBF", false},
     };
     for (const Case &c : cases) EXPECT_EQ(decodeToUtf8(c.bytes, c.typo), c.utf8) << c.bytes;
+}
+
+// The plain ASCII run a line starts with: no byte above 0x7F and no zero,
+// at every position of an 8-byte word and past its end.
+TEST(TextEncode, PlainAsciiPrefixStopsAtTheFirstHighOrZeroByte) {
+    const std::string base = "0123456789abcdefghij\x7F\x01";
+    for (size_t at = 0; at <= base.size(); ++at) {
+        for (char bad : {'\x80', '\xFF', '\0', '\xC3'}) {
+            std::string text = base;
+            if (at < text.size()) text[at] = bad;
+            const size_t want = at < text.size() ? at : text.size();
+            EXPECT_EQ(plainAsciiPrefix(text.data(), text.size()), want) << at << " " << int(bad);
+            EXPECT_EQ(isPlainAscii(text.data(), text.size()), want == text.size()) << at;
+            EXPECT_EQ(plainAsciiPrefix(text.data(), at / 2), at / 2) << at;  // the length bounds the scan
+        }
+    }
 }
 
 }  // namespace
