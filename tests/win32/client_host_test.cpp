@@ -8,10 +8,11 @@
 // gives that program (wine-prefix.sh): the settings live in INI files.
 // Neither hard-codes a version; each checks only the family it runs under.
 //
-// Groups: values in their stored form; moving the store; the context opened
-// from the store and closed by ClientTerm and by the DLL's unload; the dialog
-// calls where no display can show them; where the INI file is found. An
-// empty store's defaults are the settings unit tests' (win32_unit_host).
+// Groups: values in their stored form; moving the store; a bare main name
+// in the current folder; options written by ClientTerm and by the DLL's
+// unload; the dialog calls where no display can show them; where the INI
+// file is found. An empty store's defaults and the lexicons a context opens
+// are the settings and client unit tests' (win32_unit_host).
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -156,49 +157,19 @@ TEST_F(ClientHost, MovingTheStoreClosesTheContextIntoTheOldOne) {
     EXPECT_STREQ(buffer, "Soft");
 }
 
-TEST_F(ClientHost, ContextOpensTheListedLexiconsAndLeavesTheListsAsTheyWere) {
-    const std::string user = work.file("user"), main = work.file("main"), cwd = work.file("cwd");
-    makeLex(user, "PERSONAL.TLX", "frobnitz");
-    const std::string other = makeLex(work.file("elsewhere"), "OTHER.TLX", "quuxly");
-    makeLex(main, "TEAM.TLX", "zorbic");
+// With no MainLexPath and no LexPath, a bare main name is looked for in the
+// current folder. (Lexicons listed by folder and by full path, and the lists
+// written back unchanged, are the client unit tests', win32_unit_host.)
+TEST_F(ClientHost, BareMainNameIsFoundInTheCurrentFolder) {
+    const std::string cwd = work.file("cwd");
     makeLex(cwd, "HERE.TLX", "blorptastic");
-    const std::string log = logToFile();
-    const std::string userList = "PERSONAL.TLX," + other + ",MISSING.TLX";
-    const std::string mainList = "team.tlx," + dictionaryFolder() + "MAIN.CLX";
-    store.put("UserLexPath", true, user);
-    store.put("UserLexFiles", true, userList);
-    store.put("MainLexPath", false, main);
-    store.put("MainLexFiles", false, mainList);
-
-    int16_t sid = api.ORTH_GetSid();
-    ASSERT_GE(sid, 0);
-    for (const char *word : {"frobnitz", "quuxly", "zorbic", "receive"}) EXPECT_EQ(check(sid, word), 0) << word;
-    EXPECT_EQ(check(sid, "recieve"), ORTH_CHK_MISSPELLED);
-    const struct {
-        std::string name;
-        int16_t id;  // lexicon ids in slot order after the three temporary ones
-    } ids[] = {{"personal.tlx", 3}, {other, 4}, {"OTHER.TLX", 4}, {"TEAM.TLX", 5}, {"MAIN.CLX", 6}};
-    for (const auto &i : ids) EXPECT_EQ(api.ORTH_GetLexId(i.name.c_str()), i.id) << i.name;
-    EXPECT_LT(api.ORTH_GetLexId("MISSING.TLX"), 0);  // listed, its open failed
-    EXPECT_EQ(api.ORTH_GetLexId("NOWHERE.TLX"), ORTH_FILE_NOT_FOUND_ERR);
-
-    api.ClientTerm();
-    EXPECT_EQ(store.get("UserLexFiles", true), userList);
-    EXPECT_EQ(store.get("MainLexFiles", false), mainList);
-    const std::string lines = fileBytes(log);
-    for (const std::string &line : {std::string("ORTH_GetLexId: No such lexicon: NOWHERE.TLX\r\n"),
-                                    "ClientTerm: client " + std::to_string(GetCurrentProcessId()) + " terminated"})
-        EXPECT_NE(lines.find(line), std::string::npos) << line << lines;
-
-    // With no MainLexPath and no LexPath, a bare main name is looked for in
-    // the current folder.
     char before[MAX_PATH];
     GetCurrentDirectoryA(MAX_PATH, before);
     ASSERT_TRUE(SetCurrentDirectoryA(cwd.c_str()));
-    EXPECT_EQ(api.ORTH_SetMainLexPath(""), 0);
     EXPECT_EQ(api.ORTH_SetMainLexFiles("HERE.TLX"), 0);
-    sid = api.ORTH_GetSid();
+    int16_t sid = api.ORTH_GetSid();
     EXPECT_EQ(check(sid, "blorptastic"), 0);
+    EXPECT_EQ(check(sid, "blorptastik"), ORTH_CHK_MISSPELLED);
     EXPECT_EQ(api.ORTH_GetLexId(".\\HERE.TLX"), ORTH_FILE_NOT_FOUND_ERR);  // recorded as listed
     EXPECT_GE(api.ORTH_GetLexId("here.tlx"), 3);
     SetCurrentDirectoryA(before);
