@@ -21,9 +21,3 @@ if(TARGET tools_tests)
   target_sources(tools_tests PRIVATE ${PROJECT_SOURCE_DIR}/tools/cli_text.cpp)
   add_dependencies(tools_tests orth_cli)
 endif()
-
-if(UNIX)
-  add_test(NAME tools_install
-    COMMAND sh ${CMAKE_CURRENT_SOURCE_DIR}/tools/install_test.sh ${PROJECT_BINARY_DIR})
-  set_tests_properties(tools_install PROPERTIES LABELS tools)
-endif()

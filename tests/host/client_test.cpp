@@ -18,18 +18,11 @@
 #include "host_fixture.h"
 #include "orth_client.h"
 #include "platform/platform.h"
+#include "support/mem_edit.h"
 
 namespace {
 
 const std::string kSep(1, platPathSeparator());  // what the client puts between a folder and a name
-
-// An edit control held in memory, reached through the front end.
-struct EditControl {
-    std::string text;
-    uint32_t start = 0, end = 0;
-};
-
-EditControl &control(OrthWindow w) { return *static_cast<EditControl *>(w); }
 
 // What the scripted front end does and saw.
 struct Script {
@@ -82,41 +75,22 @@ int32_t runScriptedCheck(CheckContext *check) {
     return 0;
 }
 
-const ClientFrontEnd kScripted = {
-    [](OrthWindow, const char *text, const char *caption, ClientButtons) {
-        script.messages.push_back(std::string(caption) + "|" + text);
-        return kMessageOk;
-    },
-    nullptr,
-    [](ClientDialog dialog, OrthWindow, CheckContext *check) -> int32_t {
-        if (script.duringDialog) script.duringDialog();
-        return dialog == kDialogCheckSpelling ? runScriptedCheck(check) : 0;
-    },
-    [](OrthWindow w) { return static_cast<uint32_t>(control(w).text.size()); },
-    [](OrthWindow w, char *buffer, uint32_t size) {
-        uint32_t n = std::min<uint32_t>(size - 1, static_cast<uint32_t>(control(w).text.size()));
-        memcpy(buffer, control(w).text.data(), n);
-        buffer[n] = '\0';
-        return n;
-    },
-    [](OrthWindow w, uint32_t *start, uint32_t *end) { *start = control(w).start, *end = control(w).end; },
-    [](OrthWindow w, uint32_t start, uint32_t end) { control(w).start = start, control(w).end = end; },
-    [](OrthWindow w, const char *text) {
-        EditControl &c = control(w);
-        c.text.replace(c.start, c.end - c.start, text);
-        c.end = c.start + static_cast<uint32_t>(strlen(text));
-    },
-    nullptr,
-    nullptr,
-    nullptr,
-};
-
 class ClientTest : public StoreTest {
 protected:
     void SetUp() override {
         StoreTest::SetUp();
         script = Script();
-        setClientFrontEnd(&kScripted);
+        ClientFrontEnd fe{};
+        fe.messageBox = [](OrthWindow, const char *text, const char *caption, ClientButtons) {
+            script.messages.push_back(std::string(caption) + "|" + text);
+            return kMessageOk;
+        };
+        fe.runDialog = [](ClientDialog dialog, OrthWindow, CheckContext *check) -> int32_t {
+            if (script.duringDialog) script.duringDialog();
+            return dialog == kDialogCheckSpelling ? runScriptedCheck(check) : 0;
+        };
+        useMemEdit(&fe);
+        setClientFrontEnd(&fe);
     }
 
     // An empty text lexicon file of the ignore type.
@@ -255,7 +229,7 @@ TEST_P(ClientTest, GuardedCallsWhileBusyReturnBusyAndChangeNothing) {
     std::string user = storeText(kUserScope), machine = storeText(kMachineScope);
     std::vector<int> results;
     script.duringDialog = [&] {
-        EditControl edit;
+        MemEdit edit;
         char text[8] = "x";
         results = {ORTH_SetIniFile("/elsewhere.ini"),  ORTH_SetRegTreeName("Other"),
                    ORTH_SetMainLexPath("/m"),           ORTH_SetMainLexFiles("m.clx"),
@@ -302,7 +276,7 @@ TEST_P(ClientTest, CheckBlockDialogReturnsTheNewLengthAndKeepsChangesOnCancel) {
 TEST_P(ClientTest, EditControlLongerThanAChunkEndsEqualToTheBlocks) {
     script.replace = {{"grow", "growing"}, {"shrinking", "shr"}};
     const char *words[] = {"grow", "keep", "shrinking", "alpha,", "beta.", "gamma"};
-    EditControl edit;
+    MemEdit edit;
     std::string expected;
     for (size_t i = 0; edit.text.size() < 450000; ++i) {
         std::string w = words[i % 6], sep = i % 11 == 10 ? "\n" : " ";
@@ -350,7 +324,7 @@ TEST_P(ClientTest, SelectionOnlyChecksTheSelectionAndRestoresIt) {
     };
     for (const Case &c : cases) {
         script.blockTexts.clear();
-        EditControl edit{"one two three four", c.start, c.end};
+        MemEdit edit{"one two three four", c.start, c.end};
         ASSERT_EQ(ORTH_CheckCtrlDlg(nullptr, &edit, c.selectionOnly), 0);
         ASSERT_EQ(script.blockTexts.size(), 1u);
         EXPECT_EQ(script.blockTexts[0], c.checked);

@@ -3,7 +3,8 @@
 # Installs the build tree into a temporary prefix, checks the installed
 # layout (namespaced headers, versioned shared libraries with their SONAME
 # and only the C interface exported, the provider, dictionaries, package
-# files, man page), then builds the README's host program against the
+# files, man page), runs the installed orth on its built-in dictionary from
+# another folder, then builds the README's host program against the
 # installed tree twice, with pkg-config and with CMake's find_package, and
 # runs both. CFLAGS: extra compiler flags (a sanitizer build's).
 set -u
@@ -38,6 +39,13 @@ others=$(comm -13 "$prefix/declared" "$prefix/exported" | tr '\n' ' ')
 grep -q '^ORTH_CheckWord$' "$prefix/exported" || fail "liborth.so does not export ORTH_CheckWord"
 
 cd "$prefix" || exit 1
+# The installed orth, run from another folder, finds its built-in dictionary.
+out=$(printf 'The cat sat on teh mat.\n' | env -u ORTH_DICPATH "$prefix/bin/orth" list)
+rc=$?
+[ "$rc" -eq 1 ] && [ "$out" = "teh" ] || fail "installed orth list: status $rc, output '$out'"
+out=$(env -u ORTH_DICPATH "$prefix/bin/orth" suggest hello)
+[ "$out" = "* hello" ] || fail "installed orth suggest: '$out'"
+
 export PKG_CONFIG_PATH="$libdir/pkgconfig" LD_LIBRARY_PATH="$libdir"
 run_host() {  # run_host WHAT PROGRAM
     out=$("$2" "$prefix/share/orth/en_US" recieve Hello 2>&1)

@@ -12,41 +12,11 @@
 # Usage: check_tmux_test.sh ORTH. Exit 77 (skipped) without tmux.
 set -u
 orth=$1
-command -v tmux >/dev/null 2>&1 || { echo "tmux is not installed: skipped"; exit 77; }
-
-work=$(mktemp -d "${TMPDIR:-/tmp}/orth-check-XXXXXX")
-TMUX_TMPDIR=$work
-export TMUX_TMPDIR
-unset TMUX ORTH_DICPATH ORTH_SETTINGS
+name=orth-check
+. "$(dirname "$0")/tmux_lib.sh"
+unset ORTH_DICPATH ORTH_SETTINGS
 XDG_CONFIG_HOME=$work/config
 export XDG_CONFIG_HOME
-session=orth-check-$$-0
-cleanup() {
-    tmux kill-server >/dev/null 2>&1
-    rm -rf "$work"
-}
-trap cleanup EXIT
-
-fail() {
-    echo "FAIL: $*"
-    echo "--- screen:"
-    tmux capture-pane -p -t "$session" 2>/dev/null
-    exit 1
-}
-
-wait_for() {
-    i=0
-    while [ $i -lt 100 ]; do
-        if eval "$1"; then return 0; fi
-        sleep 0.1
-        i=$((i + 1))
-    done
-    return 1
-}
-screen() { tmux capture-pane -p -t "$session"; }
-on_screen() { screen | grep -qF -- "$1"; }
-expect_screen() { wait_for "on_screen '$1'" || fail "screen never showed: $1"; }
-keys() { tmux send-keys -t "$session" "$@"; }
 same() { [ "$(cat "$1")" = "$2" ] || fail "$1 holds: $(cat "$1")"; }
 
 # A small dictionary of our own.
@@ -54,40 +24,11 @@ mkdir -p "$work/dict" "$work/docs"
 printf '%s\n' a again and cat end fine hello is mat more of on sat the words world > "$work/words"
 "$orth" compress -o "$work/dict/MAIN.CLX" "$work/words" >/dev/null || fail "no dictionary"
 
-# The pane runs orth under a shell that outlives it, then records the exit
-# status and the terminal's mode.
-cat > "$work/run.sh" <<EOF
-trap : INT
-cd "$work/docs"
-"$orth" "\$@"
-echo \$? > "$work/status"
-stty -a > "$work/stty"
-echo "orth ended"
-sleep 60
-EOF
-
-runs=0
-start() {
-    rm -f "$work/status" "$work/stty"
-    runs=$((runs + 1))
-    previous=$session
-    session=orth-check-$$-$runs
-    tmux new-session -d -s "$session" -x 80 -y 24 sh "$work/run.sh" "$@" || fail "tmux did not start"
-    tmux kill-session -t "$previous" >/dev/null 2>&1
-}
-
-expect_end() {
-    wait_for "[ -s '$work/stty' ]" || fail "orth did not end ($2)"
-    [ "$(cat "$work/status")" = "$1" ] || fail "$2: status $(cat "$work/status"), expected $1"
-    grep -q -- " icanon" "$work/stty" && grep -q -- " echo " "$work/stty" || fail "$2: terminal left in raw mode"
-    [ "$(tmux display -p -t "$session" '#{alternate_on}')" = 0 ] || fail "$2: still on the alternate screen"
-}
+write_runner "$work/docs" "$orth"
 
 # --- Refusal.
 printf 'x\n' > "$work/docs/x.txt"
-out=$("$orth" check "$work/docs/x.txt" </dev/null 2>&1)
-[ $? -eq 2 ] || fail "refusal: status"
-case $out in *"standard input is not a terminal"*) ;; *) fail "refusal message: $out" ;; esac
+expect_refusal "$orth" check "$work/docs/x.txt"
 [ ! -e "$XDG_CONFIG_HOME/orth" ] || fail "refusal wrote settings"
 
 # --- FirstRun.
@@ -95,11 +36,10 @@ original='The cat sat on the the mat.
 A wrold of words, qwzx and more.
 Hello wrold again.'
 printf '%s\n' "$original" > "$work/docs/notes.txt"
-start -d "$work/dict" check notes.txt
+start_session -d "$work/dict" check notes.txt
 expect_screen "Doubled word:"
 expect_screen "The cat sat on the the mat."
-tmux capture-pane -e -p -t "$session" | grep -q "on the $(printf '\033')\[1;7mthe" ||
-    fail "the doubled word is not highlighted in its line"
+expect_highlighted the "on the "
 expect_screen "[D]elete"
 keys c            # Change is Delete here: c does nothing, d deletes
 on_screen "Doubled word:" || fail "c acted on a doubled word"
@@ -123,7 +63,7 @@ same "$work/docs/notes.txt.bak" "$original"
 tr -d "\r" < "$XDG_CONFIG_HOME/orth/dict.tlx" | grep -qx "qwzx" || fail "qwzx not in the personal dictionary"
 
 # --- Options: doubled words are no longer reported.
-start options
+start_session options
 expect_screen "[x] Report doubled words (e.g., the the)"
 keys d
 expect_screen "[ ] Report doubled words (e.g., the the)"
@@ -134,7 +74,7 @@ grep -qx "ReportDoubledWords=0" "$XDG_CONFIG_HOME/orth/ORTH.INI" || fail "the op
 # --- SecondRun: qwzx is known, doubled words pass, Change All was this run's.
 second='qwzx is fine, the the end, wrold.'
 printf '%s\n' "$second" > "$work/docs/second.txt"
-start check second.txt
+start_session check second.txt
 expect_screen "Not in Dictionary:  [wrold"
 keys Escape
 expect_end 1 "second run"
@@ -143,7 +83,7 @@ same "$work/docs/second.txt" "$second"
 [ ! -e "$work/docs/second.txt.bak" ] || fail "an unchanged file got a backup"
 
 # --- Dicts: the personal dictionary and its word.
-start dicts
+start_session dicts
 expect_screen "Files:     <dict.tlx"
 expect_screen "1 qwzx"
 expect_screen "Type:      Ignore"
@@ -151,7 +91,7 @@ keys o
 expect_end 0 "dicts"
 
 # --- Interrupt: Ctrl-C ends without writing and gives the terminal back.
-start check second.txt
+start_session check second.txt
 expect_screen "Not in Dictionary:  [wrold"
 keys t C-u word Enter
 expect_screen "Change To:          [word "

@@ -2,7 +2,7 @@
 // settings store in a temporary folder (INI back end) naming a small
 // compressed dictionary as main lexicon and an empty personal lexicon of type
 // Ignore as user lexicon, the in-memory front end installed through the
-// client wiring, and an edit control held in memory.
+// client wiring, and edit controls held in memory (support/mem_edit.h).
 #pragma once
 
 #include <gtest/gtest.h>
@@ -17,20 +17,11 @@
 #include "host/settings.h"
 #include "orth.h"
 #include "orth_client.h"
+#include "support/mem_edit.h"
 #include "ui/clientui.h"
 #include "ui/memsurface.h"
 
 using Strings = std::vector<std::string>;
-
-// An edit control of the host, in memory; every selection set is recorded.
-struct MemEdit {
-    explicit MemEdit(std::string t = "") : text(std::move(t)) {}
-    std::string text;
-    uint32_t start = 0, end = 0;
-    Strings selections;  // "start-end" as the dialog set them
-};
-
-inline MemEdit &memEdit(OrthWindow w) { return *static_cast<MemEdit *>(w); }
 
 class DialogTest : public ::testing::Test {
 protected:
@@ -57,29 +48,7 @@ protected:
         putSetting(kKeyUserLexFiles, kUserScope, "personal.tlx");
         uiFront = fe.frontEnd();
         ClientFrontEnd client = uiClientFrontEnd(&uiFront);
-        client.editTextLength = [](OrthWindow w) { return static_cast<uint32_t>(memEdit(w).text.size()); };
-        client.editGetText = [](OrthWindow w, char *buffer, uint32_t size) {
-            std::string &t = memEdit(w).text;
-            uint32_t n = std::min<uint32_t>(size - 1, static_cast<uint32_t>(t.size()));
-            std::memcpy(buffer, t.data(), n);
-            buffer[n] = '\0';
-            return n;
-        };
-        client.editGetSelection = [](OrthWindow w, uint32_t *start, uint32_t *end) {
-            *start = memEdit(w).start;
-            *end = memEdit(w).end;
-        };
-        client.editSetSelection = [](OrthWindow w, uint32_t start, uint32_t end) {
-            MemEdit &e = memEdit(w);
-            e.start = start;
-            e.end = end;
-            e.selections.push_back(std::to_string(start) + "-" + std::to_string(end));
-        };
-        client.editReplaceSelection = [](OrthWindow w, const char *text) {
-            MemEdit &e = memEdit(w);
-            e.text.replace(e.start, e.end - e.start, text);
-            e.start = e.end = e.start + static_cast<uint32_t>(std::strlen(text));
-        };
+        useMemEdit(&client);
         setClientFrontEnd(&client);
     }
 

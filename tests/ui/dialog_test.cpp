@@ -2,8 +2,9 @@
 // through the in-memory front end.
 // Groups: SurfaceEvents (which calls and actions raise events, when, and
 // the state a controller sees then), SurfaceLists (list calls on list boxes
-// and combos, bad ids), DialogKeys (the keyboard rules), MemFrontEnd
-// (scripted answers, records, nested and unending dialogs).
+// and combos, bad ids), DialogKeys (the keyboard rules). The in-memory
+// front end's own records are test scaffolding, exercised by the dialog
+// tests that read them.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -304,74 +305,6 @@ TEST(DialogKeys, SharedAndSecondAcceleratorsAndDisabledTargets) {
     check.key('u');
     Ui_Enable(check.surface(), kCsSuggestions, false);
     EXPECT_EQ(check.focus(), 0);
-}
-
-TEST(MemFrontEnd, ScriptedAnswersRecordsAndNestedDialogs) {
-    MemFrontEnd fe;
-    fe.boxAnswers = {kIdCancel};
-    fe.fileAnswers = {{true, "/dicts/custom.tlx"}, {true, std::string(300, 'x')}};
-    Recorder child(kOptionsDlg);
-    child.onCommand = [](UiSurface *s, int16_t id, UiNotify) {
-        if (id == kIdOk) Ui_EndDialog(s, 0);
-    };
-    Recorder r(kCheckSpellingDlg);
-    Strings results;
-    r.onCommand = [&](UiSurface *s, int16_t id, UiNotify) {
-        if (id == kIdCancel) return Ui_EndDialog(s, -17);
-        if (id != kCsAdd) return;
-        Ui_WaitCursor(s, true);
-        results.push_back(std::to_string(Ui_MessageBox(s, "Q1", "Check Spelling", UI_MB_OKCANCEL)));
-        results.push_back(std::to_string(Ui_MessageBox(s, "Q2", "Check Spelling", UI_MB_OKCANCEL)));
-        results.push_back(std::to_string(Ui_MessageBox(s, "Note", "", UI_MB_OK)));
-        UiFileRequest req{false, "Text files (*.txt)|*.txt|", "Import Dictionary", "/dicts", "", kUiFileMustExist};
-        char path[260];
-        for (int i = 0; i < 3; ++i) results.push_back(Ui_FileDialog(s, &req, path, sizeof path) ? path : "-");
-        Ui_WaitCursor(s, false);
-        Ui_Help(s, "orth.hlp", 100);
-        int16_t x, y;
-        Ui_Place(s, &fe, true, -5, 7);
-        Ui_GetPosition(s, &x, &y);
-        results.push_back(std::to_string(x) + "," + std::to_string(y));
-        results.push_back(std::to_string(Ui_RunDialog(s, &child.controller)));
-        results.push_back(std::to_string(Ui_RunDialog(s, &child.controller)));  // no script left: Esc
-    };
-    fe.scripts.push_back([](MemUi &ui) { ui.click(kCsAdd), ui.click(kIdCancel); });
-    fe.scripts.push_back([](MemUi &ui) { ui.click(kOpPhonetic), ui.click(kIdOk); });
-    fe.positionX = 40;
-    fe.positionY = -3;
-    UiFrontEnd front = fe.frontEnd();
-    EXPECT_EQ(front.runDialog(&front, &r.controller), -17);
-    front.waitCursor(&front, true);
-    EXPECT_EQ(front.messageBox(&front, "Error opening dictionary x", "", UI_MB_OK), kIdOk);
-    front.waitCursor(&front, false);
-
-    EXPECT_EQ(results, (Strings{"2", "1", "1", "/dicts/custom.tlx", "-", "-", "40,-3", "0", "-1"}));
-    EXPECT_EQ(fe.placements, (Strings{"control lock -5 7"}));
-    ASSERT_EQ(fe.boxes.size(), 4u);
-    EXPECT_EQ(fe.boxes[0].text + "|" + fe.boxes[0].caption, "Q1|Check Spelling");
-    EXPECT_EQ(fe.boxes[2].buttons, UI_MB_OK);
-    ASSERT_EQ(fe.fileCalls.size(), 3u);
-    EXPECT_EQ(fe.fileCalls[0].title + "|" + fe.fileCalls[0].folder + "|" + fe.fileCalls[0].filter,
-              "Import Dictionary|/dicts|Text files (*.txt)|*.txt|");
-    EXPECT_FALSE(fe.fileCalls[1].chosen);  // longer than the buffer
-    EXPECT_EQ(fe.helpCalls, (std::vector<std::pair<std::string, uint32_t>>{{"orth.hlp", 100}}));
-    EXPECT_EQ(fe.waitDepth, 0);
-    EXPECT_FALSE(fe.waitUnbalanced);
-    EXPECT_EQ(fe.dialogsRun, (Strings{kCheckSpellingDlg, kOptionsDlg, kOptionsDlg}));
-    EXPECT_EQ(child.events, (Strings{"1042:C", "1:C", "2:C"}));
-    // The Options dialog ignores Cancel, so the second run was left open.
-    EXPECT_EQ(fe.leftOpen, (Strings{kOptionsDlg}));
-}
-
-TEST(MemFrontEnd, ADialogEndingAsItStartsUsesUpItsScript) {
-    MemFrontEnd fe;
-    Recorder quick(kCheckSpellingDlg);
-    quick.onInit = [](UiSurface *s) { Ui_EndDialog(s, 0); };
-    bool ran = false;
-    fe.scripts.push_back([&](MemUi &) { ran = true; });
-    EXPECT_EQ(fe.run(&quick.controller), 0);
-    EXPECT_FALSE(ran);
-    EXPECT_TRUE(fe.scripts.empty());
 }
 
 }  // namespace

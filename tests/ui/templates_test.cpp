@@ -1,15 +1,14 @@
 // The dialog templates and what is made from them.
 // Groups: Templates (spot checks against the dialogs' defined values,
-// identifiers, accelerators), ResourceScript (the generated script read
-// back against the table, quoting, the generator program, the resource
-// compiler where installed), SurfaceHelpers (filter lists, Win32
-// notifications).
+// identifiers, accelerators), ResourceScript (quoting, the generator
+// program, the resource compiler where installed; the compiled templates
+// are read back against the table in tests/win32/resources_host_test.cpp),
+// SurfaceHelpers (filter lists, Win32 notifications).
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <cstring>
 #include <set>
-#include <sstream>
 #include <string>
 
 #include "support/test_util.h"
@@ -96,90 +95,6 @@ TEST(Templates, IdentifiersAreUniqueAndAcceleratorsAsWindowsReadsThem) {
         {"Cancel", 0}, {"Salt && &Pepper", 'p'}, {"&&only", 0}, {"trailing&", 0}, {"", 0},
     };
     for (const auto &row : rows) EXPECT_EQ(dlgAccelerator(row.caption), row.key) << row.caption;
-}
-
-// One CONTROL statement read back.
-struct ParsedControl {
-    std::string caption, windowClass, style;
-    int id, x, y, cx, cy;
-};
-
-std::string unquote(std::istream &in) {
-    std::string out;
-    char c;
-    in >> std::ws;
-    in.get(c);  // the opening quote
-    while (in.get(c)) {
-        if (c == '"') {
-            if (in.peek() != '"') break;
-            in.get(c);
-        } else if (c == '\\') {
-            char o[4] = {};
-            in.read(o, 3);
-            c = static_cast<char>(std::strtol(o, nullptr, 8));
-        }
-        out += c;
-    }
-    return out;
-}
-
-// The controls of one dialog in the script, in order.
-std::vector<ParsedControl> controlsOf(const std::string &script, const std::string &name) {
-    std::vector<ParsedControl> out;
-    size_t at = script.find("\n" + name + " DIALOG");
-    if (at == std::string::npos) return out;
-    std::istringstream in(script.substr(at, script.find("\nEND", at) - at));
-    std::string line;
-    while (std::getline(in, line)) {
-        if (line.find("    CONTROL ") != 0) continue;
-        std::istringstream l(line.substr(12));
-        ParsedControl c;
-        char comma;
-        c.caption = unquote(l);
-        l >> comma >> c.id >> comma;
-        c.windowClass = unquote(l);
-        l >> comma;
-        std::getline(l, c.style, ',');
-        l >> c.x >> comma >> c.y >> comma >> c.cx >> comma >> c.cy;
-        out.push_back(c);
-    }
-    return out;
-}
-
-TEST(ResourceScript, EveryControlReadsBackAsTheTableHasIt) {
-    std::string script;
-    writeResourceScript(&script, nullptr, 0);
-    const char *classes[] = {"Static", "Edit", "Button", "Button", "Button", "Button",
-                             "ListBox", "ComboBox", "ComboBox", "ComboBox", "Button"};
-    const char *styles[] = {"SS_LEFT", "ES_AUTOHSCROLL", "BS_AUTOCHECKBOX", "BS_AUTORADIOBUTTON",
-                            "BS_PUSHBUTTON", "BS_DEFPUSHBUTTON", "LBS_NOTIFY", "CBS_DROPDOWNLIST",
-                            "CBS_SIMPLE", "CBS_DROPDOWN ", "BS_GROUPBOX"};
-    for (const DlgTemplate &t : dialogTemplates) {
-        char head[96];
-        std::snprintf(head, sizeof head, "%s DIALOG 0, 0, %d, %d\n", t.name, t.cx, t.cy);
-        EXPECT_NE(script.find(head), std::string::npos) << head;
-        EXPECT_NE(script.find(std::string("CAPTION \"") + t.caption + "\"\nFONT 8, \"MS Sans Serif\"\nBEGIN"),
-                  std::string::npos);
-        std::vector<ParsedControl> parsed = controlsOf(script, t.name);
-        ASSERT_EQ(parsed.size(), size_t(t.controlCount)) << t.name;
-        for (int i = 0; i < t.controlCount; ++i) {
-            const DlgControl &c = t.controls[i];
-            const ParsedControl &p = parsed[size_t(i)];
-            EXPECT_EQ(p.caption, c.caption) << t.name << " " << c.id;
-            EXPECT_EQ(std::vector<int>({p.id, p.x, p.y, p.cx, p.cy}), std::vector<int>({c.id, c.x, c.y, c.cx, c.cy}))
-                << t.name << " " << c.id;
-            EXPECT_EQ(p.windowClass, classes[c.kind]) << t.name << " " << c.id;
-            EXPECT_NE((p.style + " ").find(styles[c.kind]), std::string::npos) << t.name << " " << c.id << p.style;
-        }
-    }
-    // A radio group: its first member starts it, the control after it ends it.
-    std::vector<ParsedControl> newLex = controlsOf(script, kNewLexDlg);
-    EXPECT_EQ(newLex[4].style, " BS_AUTORADIOBUTTON | WS_GROUP | WS_TABSTOP");
-    EXPECT_EQ(newLex[5].style, " BS_AUTORADIOBUTTON");
-    EXPECT_NE(newLex[8].style.find("WS_GROUP"), std::string::npos);
-    EXPECT_NE(script.find("STYLE DS_MODALFRAME | WS_POPUP | WS_CAPTION | WS_SYSMENU\n"), std::string::npos);
-    EXPECT_NE(script.find("STYLE DS_MODALFRAME | WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_CENTER\n"),
-              std::string::npos);
 }
 
 const RcString kSampleStrings[] = {

@@ -9,91 +9,26 @@
 # Usage: term_tmux_test.sh DEMO. Exit 77 (skipped) without tmux.
 set -u
 demo=$1
-command -v tmux >/dev/null 2>&1 || { echo "tmux is not installed: skipped"; exit 77; }
-
-work=$(mktemp -d "${TMPDIR:-/tmp}/orth-ui-XXXXXX")
-# A tmux server of our own, so parallel runs never meet.
-TMUX_TMPDIR=$work
-export TMUX_TMPDIR
-unset TMUX
-session=orth-ui-$$-0
-cleanup() {
-    tmux kill-server >/dev/null 2>&1
-    rm -rf "$work"
-}
-trap cleanup EXIT
-
-fail() {
-    echo "FAIL: $*"
-    echo "--- screen:"
-    tmux capture-pane -p -t "$session" 2>/dev/null
-    echo "--- log:"
-    cat "$work/log" 2>/dev/null
-    exit 1
-}
-
-# Polls a condition for up to 10 s.
-wait_for() {
-    i=0
-    while [ $i -lt 100 ]; do
-        if eval "$1"; then return 0; fi
-        sleep 0.1
-        i=$((i + 1))
-    done
-    return 1
-}
-screen() { tmux capture-pane -p -t "$session"; }
-on_screen() { screen | grep -qF -- "$1"; }
+name=orth-ui
+. "$(dirname "$0")/tmux_lib.sh"
 in_log() { grep -qF -- "$1" "$work/log" 2>/dev/null; }
-expect_screen() { wait_for "on_screen '$1'" || fail "screen never showed: $1"; }
 expect_log() { wait_for "in_log '$1'" || fail "log never got: $1"; }
-keys() { tmux send-keys -t "$session" "$@"; }
 
-# The pane runs the demo under a shell that survives its death and then
-# records how it ended and the terminal's mode.
-cat > "$work/run.sh" <<EOF
-trap : INT
-"$demo" "$work/log" "\$@"
-echo \$? > "$work/status"
-stty -a > "$work/stty"
-sleep 60
-EOF
-
-# Each run gets a session of its own; the previous one goes only after the
-# new one exists, since a server left without sessions exits.
-runs=0
+write_runner "$work" "$demo" "$work/log"
 start() {
-    rm -f "$work/log" "$work/status" "$work/stty"
-    runs=$((runs + 1))
-    previous=$session
-    session=orth-ui-$$-$runs
-    tmux new-session -d -s "$session" -x 80 -y 24 sh "$work/run.sh" "$@" || fail "tmux did not start"
-    tmux kill-session -t "$previous" >/dev/null 2>&1
+    start_session "$@"
     expect_screen "Not in Dictionary:"
 }
 
-# Waits for the demo to end with the given status, then checks the terminal.
-expect_end() {
-    wait_for "[ -s '$work/stty' ]" || fail "the program did not end ($2)"
-    [ "$(cat "$work/status")" = "$1" ] || fail "$2: status $(cat "$work/status"), expected $1"
-    grep -q -- " icanon" "$work/stty" && grep -q -- " echo " "$work/stty" ||
-        fail "$2: terminal left in raw mode: $(grep -o -- '-*icanon\|-*echo ' "$work/stty" | tr '\n' ' ')"
-    [ "$(tmux display -p -t "$session" '#{alternate_on}')" = 0 ] || fail "$2: still on the alternate screen"
-}
-
 # --- Refusal: standard input that is no terminal.
-out=$("$demo" "$work/log" </dev/null 2>&1)
-status=$?
-[ $status -eq 2 ] || fail "refusal: status $status"
-case $out in *"standard input is not a terminal"*) ;; *) fail "refusal message: $out" ;; esac
+expect_refusal "$demo" "$work/log"
 
 # --- Walk.
 : > "$work/exists.tlx"
 start "$work"
 expect_screen "Hello wrold, how are you?"
 expect_screen " [I]gnore  I[g]nore All  Change  Change All  [A]dd  [S]uggest"
-tmux capture-pane -e -p -t "$session" | grep -q "$(printf '\033')\[1;7mwrold" ||
-    fail "the reported word is not highlighted in its line"
+expect_highlighted wrold
 keys c            # Change is disabled: nothing happens
 keys 2            # the second suggestion goes to Change To
 expect_screen "Change To:          [word "

@@ -8,10 +8,11 @@
 // gives that program (wine-prefix.sh): the settings live in INI files.
 // Neither hard-codes a version; each checks only the family it runs under.
 //
-// Groups: an empty store's defaults; values in their stored form; moving the
-// store; the context opened from the store and closed by ClientTerm and by
-// the DLL's unload; the dialog calls where no display can show them; where
-// the INI file is found.
+// Groups: values in their stored form; moving the store; a bare main name
+// in the current folder; options written by ClientTerm and by the DLL's
+// unload; the dialog calls where no display can show them; where the INI
+// file is found. An empty store's defaults and the lexicons a context opens
+// are the settings and client unit tests' (win32_unit_host).
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -26,7 +27,7 @@ namespace {
 constexpr bool kIni = ORTH_TEST_INI_STORE != 0;
 constexpr const char *kTree = "Software\\Tamarind\\ORTH";
 constexpr const char *kMovedTree = "Software\\Tamarind\\ORTH host test";
-constexpr const char *kNone = "(none)";
+constexpr const char *kNone = Store::kNone;
 
 #define ORTH32_CLIENT_FUNCTIONS(X)                                                                           \
     X(OpenORTH) X(ClientTerm) X(ORTH_GetSid) X(ORTH_GetLexId) X(ORTH_ClearTempLex) X(ORTH_GetStatistics)     \
@@ -41,77 +42,6 @@ struct ClientApi {
     HOST_IMPORTS(ORTH32_CLIENT_FUNCTIONS)
 };
 
-bool keyExists(HKEY root, const std::string &path) {
-    HKEY h;
-    if (RegOpenKeyExA(root, path.c_str(), 0, KEY_READ, &h) != ERROR_SUCCESS) return false;
-    RegCloseKey(h);
-    return true;
-}
-
-bool fileExists(const std::string &path) { return GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
-
-// The store as the system holds it, read and written with the system's own
-// calls: a registry key path under both roots, or an INI file.
-struct Store {
-    std::string place;  // key path, or the INI file's full path
-
-    const char *section(bool user) const { return user ? "ORTH User" : "ORTH"; }
-    static HKEY root(bool user) { return user ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE; }
-
-    // A string as stored; an integer as "dword:N" in the registry, its text
-    // in an INI file; kNone when absent.
-    std::string get(const char *key, bool user) const {
-        char buffer[4200] = "";
-        if (kIni) {
-            GetPrivateProfileStringA(section(user), key, kNone, buffer, sizeof buffer, place.c_str());
-            return buffer;
-        }
-        HKEY h;
-        if (RegOpenKeyExA(root(user), place.c_str(), 0, KEY_READ, &h) != ERROR_SUCCESS) return kNone;
-        DWORD type = 0, size = sizeof buffer - 1;
-        LONG rc = RegQueryValueExA(h, key, nullptr, &type, reinterpret_cast<BYTE *>(buffer), &size);
-        RegCloseKey(h);
-        if (rc != ERROR_SUCCESS) return kNone;
-        if (type == REG_DWORD && size == 4) {
-            DWORD v;
-            std::memcpy(&v, buffer, 4);
-            return "dword:" + std::to_string(v);
-        }
-        if (type == REG_SZ && size > 0 && std::strlen(buffer) == size - 1) return buffer;
-        return "type " + std::to_string(type) + ", " + std::to_string(size) + " bytes";
-    }
-    static std::string integer(uint32_t v) { return (kIni ? "" : "dword:") + std::to_string(v); }
-
-    void put(const char *key, bool user, const std::string &text) const {
-        if (kIni) WritePrivateProfileStringA(section(user), key, text.c_str(), place.c_str());
-        else setValue(key, user, REG_SZ, text.c_str(), DWORD(text.size() + 1));
-    }
-    void putInt(const char *key, bool user, uint32_t v) const {
-        if (kIni) put(key, user, std::to_string(v));
-        else setValue(key, user, REG_DWORD, &v, 4);
-    }
-    void setValue(const char *key, bool user, DWORD type, const void *data, DWORD size) const {
-        HKEY h;
-        ASSERT_EQ(RegCreateKeyExA(root(user), place.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &h, nullptr),
-                  ERROR_SUCCESS);
-        RegSetValueExA(h, key, 0, type, static_cast<const BYTE *>(data), size);
-        RegCloseKey(h);
-    }
-
-    bool exists() const {
-        if (kIni) return fileExists(place);
-        return keyExists(HKEY_CURRENT_USER, place) || keyExists(HKEY_LOCAL_MACHINE, place);
-    }
-    void clear() const {
-        if (kIni) {
-            DeleteFileA(place.c_str());
-        } else {
-            RegDeleteTreeA(HKEY_CURRENT_USER, place.c_str());
-            RegDeleteTreeA(HKEY_LOCAL_MACHINE, place.c_str());
-        }
-    }
-};
-
 class ClientHost : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -119,8 +49,8 @@ protected:
         // The version word's family decides the store; the prefix must give this program the right one.
         ASSERT_EQ((GetVersion() & 0x80000000u) != 0, kIni)
             << std::hex << GetVersion() << ": win32_client_ini needs the non-NT version word of wine-prefix.sh";
-        store.place = kIni ? work.file("ORTH.INI") : kTree;
-        moved.place = kIni ? work.file("MOVED.INI") : kMovedTree;
+        store = {kIni ? work.file("ORTH.INI") : kTree, kIni};
+        moved = {kIni ? work.file("MOVED.INI") : kMovedTree, kIni};
         store.clear();
         moved.clear();
         load("ORTH32.DLL");
@@ -165,31 +95,6 @@ protected:
     ClientApi api;
 };
 
-TEST_F(ClientHost, EmptyStoreGivesEveryDefaultAndReadingCreatesNothing) {
-    using Getter = int16_t(ORTH_CALL *)(char *, uint16_t);
-    for (Getter get : {api.ORTH_GetMainLexPath, api.ORTH_GetMainLexFiles, api.ORTH_GetUserLexPath,
-                       api.ORTH_GetUserLexFiles, api.ORTH_GetHelpFile}) {
-        char buffer[16] = "garbage";
-        EXPECT_EQ(get(buffer, sizeof buffer), 0);
-        EXPECT_STREQ(buffer, "");
-    }
-    char tree[64] = "";
-    EXPECT_EQ(api.ORTH_GetRegTreeName(tree, sizeof tree), 0);
-    EXPECT_STREQ(tree, kTree);
-    EXPECT_EQ(api.ORTH_GetAlwaysSuggest(), 0);
-
-    int16_t sid = api.ORTH_GetSid();
-    ASSERT_GE(sid, 0);
-    // The engine's defaults with doubled words reported and split words suggested.
-    const uint32_t mask = ORTH_DEFAULT_OPTIONS | ORTH_REPORT_DOUBLED_WORDS_OPT | ORTH_SUGGEST_SPLIT_WORDS_OPT;
-    for (int bit = 0; bit < 18; ++bit)
-        EXPECT_EQ(api.ORTH_GetOption(sid, 1u << bit), int32_t((mask >> bit) & 1)) << bit;
-    EXPECT_EQ(api.ORTH_GetOption(sid, ORTH_CHARSET_OPT), 0);
-    EXPECT_EQ(api.ORTH_GetOption(sid, ORTH_LANGUAGE_OPT), 1033);
-    EXPECT_EQ(api.ORTH_GetLexId("MAIN.CLX"), ORTH_FILE_NOT_FOUND_ERR);
-    EXPECT_FALSE(store.exists());
-}
-
 TEST_F(ClientHost, ValuesReadBackFromTheirStoredForm) {
     const std::string text = "C:\\My Dicts\\caf\xE9 = 100%";
     struct Row {
@@ -216,7 +121,7 @@ TEST_F(ClientHost, ValuesReadBackFromTheirStoredForm) {
     }
 
     EXPECT_EQ(api.ORTH_SetAlwaysSuggest(-1), 0);
-    EXPECT_EQ(store.get("AlwaysSuggest", true), Store::integer(4294967295u));
+    EXPECT_EQ(store.get("AlwaysSuggest", true), store.integer(4294967295u));
     EXPECT_EQ(api.ORTH_GetAlwaysSuggest(), -1);
     store.putInt("AlwaysSuggest", true, 0x12345);
     EXPECT_EQ(api.ORTH_GetAlwaysSuggest(), 0x2345);  // the low 16 bits
@@ -237,10 +142,10 @@ TEST_F(ClientHost, MovingTheStoreClosesTheContextIntoTheOldOne) {
     ASSERT_GE(sid, 0);
     api.ORTH_SetOption(sid, ORTH_CASE_SENSITIVE_OPT, 0);
     EXPECT_EQ(kIni ? api.ORTH_SetIniFile(moved.place.c_str()) : api.ORTH_SetRegTreeName(moved.place.c_str()), 0);
-    EXPECT_EQ(store.get("CaseSensitive", true), Store::integer(0));
+    EXPECT_EQ(store.get("CaseSensitive", true), store.integer(0));
     EXPECT_EQ(moved.get("CaseSensitive", true), kNone);
 
-    Store other{kIni ? std::string(kMovedTree) : work.file("OTHER.INI")};
+    Store other{kIni ? std::string(kMovedTree) : work.file("OTHER.INI"), !kIni};
     EXPECT_EQ(kIni ? api.ORTH_SetRegTreeName(other.place.c_str()) : api.ORTH_SetIniFile(other.place.c_str()), 0);
     EXPECT_EQ(api.ORTH_SetHelpFile("moved.hlp"), 0);
     EXPECT_EQ(moved.get("HelpFile", false), "moved.hlp");
@@ -252,49 +157,19 @@ TEST_F(ClientHost, MovingTheStoreClosesTheContextIntoTheOldOne) {
     EXPECT_STREQ(buffer, "Soft");
 }
 
-TEST_F(ClientHost, ContextOpensTheListedLexiconsAndLeavesTheListsAsTheyWere) {
-    const std::string user = work.file("user"), main = work.file("main"), cwd = work.file("cwd");
-    makeLex(user, "PERSONAL.TLX", "frobnitz");
-    const std::string other = makeLex(work.file("elsewhere"), "OTHER.TLX", "quuxly");
-    makeLex(main, "TEAM.TLX", "zorbic");
+// With no MainLexPath and no LexPath, a bare main name is looked for in the
+// current folder. (Lexicons listed by folder and by full path, and the lists
+// written back unchanged, are the client unit tests', win32_unit_host.)
+TEST_F(ClientHost, BareMainNameIsFoundInTheCurrentFolder) {
+    const std::string cwd = work.file("cwd");
     makeLex(cwd, "HERE.TLX", "blorptastic");
-    const std::string log = logToFile();
-    const std::string userList = "PERSONAL.TLX," + other + ",MISSING.TLX";
-    const std::string mainList = "team.tlx," + dictionaryFolder() + "MAIN.CLX";
-    store.put("UserLexPath", true, user);
-    store.put("UserLexFiles", true, userList);
-    store.put("MainLexPath", false, main);
-    store.put("MainLexFiles", false, mainList);
-
-    int16_t sid = api.ORTH_GetSid();
-    ASSERT_GE(sid, 0);
-    for (const char *word : {"frobnitz", "quuxly", "zorbic", "receive"}) EXPECT_EQ(check(sid, word), 0) << word;
-    EXPECT_EQ(check(sid, "recieve"), ORTH_CHK_MISSPELLED);
-    const struct {
-        std::string name;
-        int16_t id;  // lexicon ids in slot order after the three temporary ones
-    } ids[] = {{"personal.tlx", 3}, {other, 4}, {"OTHER.TLX", 4}, {"TEAM.TLX", 5}, {"MAIN.CLX", 6}};
-    for (const auto &i : ids) EXPECT_EQ(api.ORTH_GetLexId(i.name.c_str()), i.id) << i.name;
-    EXPECT_LT(api.ORTH_GetLexId("MISSING.TLX"), 0);  // listed, its open failed
-    EXPECT_EQ(api.ORTH_GetLexId("NOWHERE.TLX"), ORTH_FILE_NOT_FOUND_ERR);
-
-    api.ClientTerm();
-    EXPECT_EQ(store.get("UserLexFiles", true), userList);
-    EXPECT_EQ(store.get("MainLexFiles", false), mainList);
-    const std::string lines = fileBytes(log);
-    for (const std::string &line : {std::string("ORTH_GetLexId: No such lexicon: NOWHERE.TLX\r\n"),
-                                    "ClientTerm: client " + std::to_string(GetCurrentProcessId()) + " terminated"})
-        EXPECT_NE(lines.find(line), std::string::npos) << line << lines;
-
-    // With no MainLexPath and no LexPath, a bare main name is looked for in
-    // the current folder.
     char before[MAX_PATH];
     GetCurrentDirectoryA(MAX_PATH, before);
     ASSERT_TRUE(SetCurrentDirectoryA(cwd.c_str()));
-    EXPECT_EQ(api.ORTH_SetMainLexPath(""), 0);
     EXPECT_EQ(api.ORTH_SetMainLexFiles("HERE.TLX"), 0);
-    sid = api.ORTH_GetSid();
+    int16_t sid = api.ORTH_GetSid();
     EXPECT_EQ(check(sid, "blorptastic"), 0);
+    EXPECT_EQ(check(sid, "blorptastik"), ORTH_CHK_MISSPELLED);
     EXPECT_EQ(api.ORTH_GetLexId(".\\HERE.TLX"), ORTH_FILE_NOT_FOUND_ERR);  // recorded as listed
     EXPECT_GE(api.ORTH_GetLexId("here.tlx"), 3);
     SetCurrentDirectoryA(before);
@@ -310,7 +185,7 @@ TEST_F(ClientHost, OptionsAreWrittenAtCloseAndAppliedAtTheNextOpen) {
     api.ClientTerm();
     const std::pair<const char *, uint32_t> written[] = {
         {"CaseSensitive", 0}, {"SplitWords", 1}, {"Language", 2057}, {"ReportDoubledWords", 1}, {"CharSet", 0}};
-    for (const auto &w : written) EXPECT_EQ(store.get(w.first, true), Store::integer(w.second)) << w.first;
+    for (const auto &w : written) EXPECT_EQ(store.get(w.first, true), store.integer(w.second)) << w.first;
     EXPECT_EQ(store.get("AlwaysSuggest", true), kNone);  // not the session's to write
 
     store.putInt("Language", true, 70000);
@@ -325,8 +200,8 @@ TEST_F(ClientHost, OptionsAreWrittenAtCloseAndAppliedAtTheNextOpen) {
     // without a ClientTerm line.
     api.ORTH_SetOption(sid, ORTH_CASE_SENSITIVE_OPT, 1);
     dll.reset();
-    EXPECT_EQ(store.get("CaseSensitive", true), Store::integer(1));
-    EXPECT_EQ(store.get("Language", true), Store::integer(4464));
+    EXPECT_EQ(store.get("CaseSensitive", true), store.integer(1));
+    EXPECT_EQ(store.get("Language", true), store.integer(4464));
     const std::string lines = fileBytes(log);
     EXPECT_EQ(lines.find("ClientTerm:"), lines.rfind("ClientTerm:"));
     EXPECT_NE(lines.rfind("ORTH_CloseSession: Session 0 closed"), lines.find("ORTH_CloseSession: Session 0 closed"));

@@ -12,7 +12,8 @@
 // text lexicon in a fresh folder.
 //
 // Groups: Check Spelling over a buffer (change from a suggestion, Ignore
-// All, a doubled word, Change All, Cancel, the position lock, help);
+// All, Cancel, the position lock, help; the other stops and commands are the
+// dialog model's, tested in tests/ui);
 // Options; Dictionaries with New Dictionary; Check Spelling over an edit
 // control (a selection, placement by the control); the message of a user
 // dictionary that does not open.
@@ -46,36 +47,6 @@ struct DialogApi {
 constexpr const char *kTree = "Software\\Tamarind\\ORTH";
 constexpr const char *kCheckSpelling = "Check Spelling";
 constexpr int kMessageText = 0xFFFF;  // the text of a message box: marks one
-
-// --- The settings, as the registry holds them. ---
-
-void regPut(HKEY root, const char *key, DWORD type, const void *data, DWORD size) {
-    HKEY h;
-    ASSERT_EQ(RegCreateKeyExA(root, kTree, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &h, nullptr), ERROR_SUCCESS);
-    RegSetValueExA(h, key, 0, type, static_cast<const BYTE *>(data), size);
-    RegCloseKey(h);
-}
-void regPutText(HKEY root, const char *key, const std::string &text) {
-    regPut(root, key, REG_SZ, text.c_str(), DWORD(text.size() + 1));
-}
-void regPutInt(HKEY root, const char *key, DWORD value) { regPut(root, key, REG_DWORD, &value, sizeof value); }
-
-// A value as "dword:N" or its text; "(none)" when absent.
-std::string regGet(HKEY root, const char *key) {
-    HKEY h;
-    if (RegOpenKeyExA(root, kTree, 0, KEY_READ, &h) != ERROR_SUCCESS) return "(none)";
-    char buffer[1024] = "";
-    DWORD type = 0, size = sizeof buffer - 1;
-    LONG rc = RegQueryValueExA(h, key, nullptr, &type, reinterpret_cast<BYTE *>(buffer), &size);
-    RegCloseKey(h);
-    if (rc != ERROR_SUCCESS) return "(none)";
-    if (type == REG_DWORD) {
-        DWORD v;
-        std::memcpy(&v, buffer, sizeof v);
-        return "dword:" + std::to_string(v);
-    }
-    return buffer;
-}
 
 // --- Layout. ---
 
@@ -201,14 +172,14 @@ protected:
         userFolder = work.file("user");
         ASSERT_TRUE(CreateDirectoryA(userFolder.c_str(), nullptr));
         writeBytes(userFolder + "\\personal.tlx", "#LID 1033 1 1\r\northware\r\nzymurgist\r\n");
-        clearStore();
+        store.clear();
         std::string dictionary = dictionaryFolder();
         dictionary.pop_back();  // the folder without its final backslash
-        regPutText(HKEY_LOCAL_MACHINE, "MainLexPath", dictionary);
-        regPutText(HKEY_LOCAL_MACHINE, "MainLexFiles", "MAIN.CLX");
-        regPutText(HKEY_LOCAL_MACHINE, "DebugFile", work.file("client.log"));
-        regPutText(HKEY_CURRENT_USER, "UserLexPath", userFolder);
-        regPutText(HKEY_CURRENT_USER, "UserLexFiles", "personal.tlx");
+        store.put("MainLexPath", false, dictionary);
+        store.put("MainLexFiles", false, "MAIN.CLX");
+        store.put("DebugFile", false, work.file("client.log"));
+        store.put("UserLexPath", true, userFolder);
+        store.put("UserLexFiles", true, "personal.tlx");
         dll = std::make_unique<Dll>("ORTH32.DLL");
         ASSERT_NE(dll->module(), nullptr) << GetLastError();
         api.load(*dll);
@@ -216,12 +187,7 @@ protected:
     }
     void TearDown() override {
         dll.reset();
-        clearStore();
-    }
-
-    static void clearStore() {
-        RegDeleteTreeA(HKEY_CURRENT_USER, kTree);
-        RegDeleteTreeA(HKEY_LOCAL_MACHINE, kTree);
+        store.clear();
     }
 
     // After the call under test: the script was worked to its end.
@@ -250,6 +216,7 @@ protected:
     }
 
     WorkFolder work;
+    Store store{kTree};
     std::string userFolder;
     std::unique_ptr<Dll> dll;
     DialogApi api;
@@ -336,24 +303,6 @@ TEST_F(Dialogs, IgnoreAllPassesLaterOccurrencesAndTheLockKeepsThePlace) {
     finish(d3);
 }
 
-TEST_F(Dialogs, DoubledWordIsDeleted) {
-    char text[64] = "It was the the best.";
-    Driver d;
-    d.then(kCheckSpelling, kCsIgnore, [&](HWND dlg) {
-        EXPECT_EQ(itemText(dlg, kCsReason), "Doubled word:");
-        EXPECT_EQ(itemText(dlg, kCsWord), "the");
-        EXPECT_EQ(itemText(dlg, kCsChange), "&Delete");
-        for (int id : {kCsChangeTo, kCsIgnoreAll, kCsChangeAll, kCsAdd, kCsSuggest})
-            EXPECT_FALSE(isEnabled(dlg, id)) << id;
-        for (int id : {int(kCsIgnore), int(kCsChange), int(kIdCancel)}) EXPECT_TRUE(isEnabled(dlg, id)) << id;
-        click(dlg, kCsChange);
-    });
-    EXPECT_EQ(checkText(text, sizeof text), 16);
-    finish(d);
-    EXPECT_STREQ(text, "It was the best.");
-    EXPECT_EQ(statistics().changed, 1u);
-}
-
 // So does an edit control that is no window: it reads as empty, with a log line.
 TEST_F(Dialogs, TextWithoutStopsEndsTheDialogBeforeItShows) {
     char text[64] = "All these words are fine.";
@@ -365,26 +314,6 @@ TEST_F(Dialogs, TextWithoutStopsEndsTheDialogBeforeItShows) {
     EXPECT_EQ(d.dialogsSeen(), 0u);
     EXPECT_NE(fileBytes(work.file("client.log")).find("WM_GETTEXTLENGTH: 0xbad0bad0 is not a window"),
               std::string::npos);
-}
-
-// With AlwaysSuggest set, the best suggestion waits in Change To at once.
-TEST_F(Dialogs, ChangeAllReplacesALaterOccurrenceWithoutStopping) {
-    regPutInt(HKEY_CURRENT_USER, "AlwaysSuggest", 1);
-    char text[64] = "We recieve and they recieve it.";
-    Driver d;
-    d.then(kCheckSpelling, kCsIgnore, [&](HWND dlg) {
-        EXPECT_EQ(itemText(dlg, kCsWord), "recieve");
-        EXPECT_FALSE(listItems(dlg, kCsSuggestions).empty());
-        EXPECT_EQ(itemText(dlg, kCsChangeTo), "receive");
-        EXPECT_FALSE(isEnabled(dlg, kCsSuggest));
-        click(dlg, kCsChangeAll);
-    });
-    EXPECT_EQ(checkText(text, sizeof text), 31);
-    finish(d);
-    EXPECT_STREQ(text, "We receive and they receive it.");
-    Statistics s = statistics();
-    EXPECT_EQ(s.changed, 2u);
-    EXPECT_EQ(s.errors, 1u);
 }
 
 // Help with a help file that does not exist says so and leaves the dialog
@@ -463,14 +392,14 @@ TEST_F(Dialogs, OptionsOkAppliesAndWritesEveryKeyAndCancelNothing) {
     finish(d);
     int16_t sid = api.ORTH_GetSid();
     for (const Row &r : rows) {
-        EXPECT_EQ(regGet(HKEY_CURRENT_USER, r.key), after(r) ? "dword:1" : "dword:0") << r.key;
+        EXPECT_EQ(store.get(r.key, true), after(r) ? "dword:1" : "dword:0") << r.key;
         int32_t now = r.option == 0 ? api.ORTH_GetAlwaysSuggest() : api.ORTH_GetOption(sid, r.option);
         EXPECT_EQ(now, after(r) ? 1 : 0) << r.key;
     }
 
     // An owner that is no window is logged and the dialog shown without one;
     // with FontBold set, the controls keep the dialog's own font.
-    regPutInt(HKEY_LOCAL_MACHINE, "FontBold", 1);
+    store.putInt("FontBold", false, 1);
     Driver d2;
     d2.then("Options", kOpAlwaysSuggest, [&](HWND dlg) {
         EXPECT_EQ(GetWindow(dlg, GW_OWNER), nullptr);
@@ -484,7 +413,7 @@ TEST_F(Dialogs, OptionsOkAppliesAndWritesEveryKeyAndCancelNothing) {
     EXPECT_EQ(api.ORTH_OptionsDlg(reinterpret_cast<OrthWindow>(uintptr_t(0xBAD0BAD0u))), ORTH_CANCEL_ERR);
     finish(d2);
     EXPECT_NE(fileBytes(work.file("client.log")).find("OptionsDlg: 0xbad0bad0 is not a window"), std::string::npos);
-    EXPECT_EQ(regGet(HKEY_CURRENT_USER, "IgnoreCappedWords"), "dword:1");
+    EXPECT_EQ(store.get("IgnoreCappedWords", true), "dword:1");
     EXPECT_EQ(api.ORTH_GetOption(sid, ORTH_IGNORE_CAPPED_WORDS_OPT), 1);
 }
 
@@ -540,7 +469,7 @@ TEST_F(Dialogs, NewDictionaryIsCreatedThroughTheFileDialogAndTakesAWord) {
     finish(d);
 
     EXPECT_NE(fileBytes(created).find("frobnitz\r\n"), std::string::npos);
-    EXPECT_EQ(regGet(HKEY_CURRENT_USER, "UserLexFiles"), "personal.tlx,mine.tlx");
+    EXPECT_EQ(store.get("UserLexFiles", true), "personal.tlx,mine.tlx");
     EXPECT_EQ(check("frobnitz"), 0);
     api.ClientTerm();
     EXPECT_EQ(check("frobnitz"), 0);  // the next context opens it from the settings
@@ -608,7 +537,7 @@ TEST_F(Dialogs, WholeEditControlIsCheckedWithTheDialogAboveALowControl) {
 // --- Opening the client context. ---
 
 TEST_F(Dialogs, UserDictionaryThatDoesNotOpenIsReportedWithoutOwnerOrCaption) {
-    regPutText(HKEY_CURRENT_USER, "UserLexFiles", "personal.tlx,MISSING.TLX");
+    store.put("UserLexFiles", true, "personal.tlx,MISSING.TLX");
     Driver d;
     d.then("", kMessageText, [&](HWND box) {
         EXPECT_EQ(messageText(box), "Error opening dictionary " + userFolder + "\\MISSING.TLX");

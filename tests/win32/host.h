@@ -7,6 +7,7 @@
 
 #include <windows.h>
 
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -115,3 +116,78 @@ inline std::string versionString(const std::string &dll, const char *key) {
         return "";
     return std::string(value);
 }
+
+inline bool keyExists(HKEY root, const std::string &path) {
+    HKEY h;
+    if (RegOpenKeyExA(root, path.c_str(), 0, KEY_READ, &h) != ERROR_SUCCESS) return false;
+    RegCloseKey(h);
+    return true;
+}
+
+inline bool fileExists(const std::string &path) { return GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
+
+// The settings store as the system holds it, read and written with the
+// system's own calls: a registry key path under both roots, or an INI file.
+struct Store {
+    std::string place;  // key path, or the INI file's full path
+    bool ini = false;
+
+    static constexpr const char *kNone = "(none)";
+    const char *section(bool user) const { return user ? "ORTH User" : "ORTH"; }
+    static HKEY root(bool user) { return user ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE; }
+
+    // A string as stored; an integer as "dword:N" in the registry, its text
+    // in an INI file; kNone when absent.
+    std::string get(const char *key, bool user) const {
+        char buffer[4200] = "";
+        if (ini) {
+            GetPrivateProfileStringA(section(user), key, kNone, buffer, sizeof buffer, place.c_str());
+            return buffer;
+        }
+        HKEY h;
+        if (RegOpenKeyExA(root(user), place.c_str(), 0, KEY_READ, &h) != ERROR_SUCCESS) return kNone;
+        DWORD type = 0, size = sizeof buffer - 1;
+        LONG rc = RegQueryValueExA(h, key, nullptr, &type, reinterpret_cast<BYTE *>(buffer), &size);
+        RegCloseKey(h);
+        if (rc != ERROR_SUCCESS) return kNone;
+        if (type == REG_DWORD && size == 4) {
+            DWORD v;
+            std::memcpy(&v, buffer, 4);
+            return "dword:" + std::to_string(v);
+        }
+        if (type == REG_SZ && size > 0 && std::strlen(buffer) == size - 1) return buffer;
+        return "type " + std::to_string(type) + ", " + std::to_string(size) + " bytes";
+    }
+    std::string integer(uint32_t v) const { return (ini ? "" : "dword:") + std::to_string(v); }
+
+    // Writes are checked by reading them back; a failed one shows there.
+    void put(const char *key, bool user, const std::string &text) const {
+        if (ini) WritePrivateProfileStringA(section(user), key, text.c_str(), place.c_str());
+        else setValue(key, user, REG_SZ, text.c_str(), DWORD(text.size() + 1));
+    }
+    void putInt(const char *key, bool user, uint32_t v) const {
+        if (ini) put(key, user, std::to_string(v));
+        else setValue(key, user, REG_DWORD, &v, 4);
+    }
+    void setValue(const char *key, bool user, DWORD type, const void *data, DWORD size) const {
+        HKEY h;
+        if (RegCreateKeyExA(root(user), place.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &h, nullptr) !=
+            ERROR_SUCCESS)
+            return;
+        RegSetValueExA(h, key, 0, type, static_cast<const BYTE *>(data), size);
+        RegCloseKey(h);
+    }
+
+    bool exists() const {
+        if (ini) return fileExists(place);
+        return keyExists(HKEY_CURRENT_USER, place) || keyExists(HKEY_LOCAL_MACHINE, place);
+    }
+    void clear() const {
+        if (ini) {
+            DeleteFileA(place.c_str());
+        } else {
+            RegDeleteTreeA(HKEY_CURRENT_USER, place.c_str());
+            RegDeleteTreeA(HKEY_LOCAL_MACHINE, place.c_str());
+        }
+    }
+};

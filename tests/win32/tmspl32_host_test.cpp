@@ -17,18 +17,10 @@
 
 namespace {
 
+#define TMSPL32_FUNCTIONS(X) X(DictOpen) X(DictClose) X(DictCheckWord) X(DictGetNextSug) X(DictAddWord)
+
 struct DictApi {
-    explicit DictApi(const Dll &dll)
-        : open(dll.fn<decltype(&DictOpen)>("DictOpen")),
-          close(dll.fn<decltype(&DictClose)>("DictClose")),
-          check(dll.fn<decltype(&DictCheckWord)>("DictCheckWord")),
-          nextSug(dll.fn<decltype(&DictGetNextSug)>("DictGetNextSug")),
-          add(dll.fn<decltype(&DictAddWord)>("DictAddWord")) {}
-    decltype(&DictOpen) open;
-    decltype(&DictClose) close;
-    decltype(&DictCheckWord) check;
-    decltype(&DictGetNextSug) nextSug;
-    decltype(&DictAddWord) add;
+    HOST_IMPORTS(TMSPL32_FUNCTIONS)
 };
 
 class DictHost : public ::testing::Test {
@@ -38,7 +30,8 @@ protected:
 
     void SetUp() override {
         ASSERT_NE(dll->module(), nullptr) << "TMSPL32.DLL not loaded: " << GetLastError();
-        ASSERT_TRUE(api.open && api.close && api.check && api.nextSug && api.add);
+        api.load(*dll);
+        ASSERT_TRUE(api.missing.empty()) << api.missing.front();
         ASSERT_FALSE(work.path().empty());
         for (const char *name : {"MAIN.CLX", "MAIN.TLX"})
             ASSERT_TRUE(CopyFileA((dictionaryFolder() + name).c_str(), work.file(name).c_str(), FALSE))
@@ -51,17 +44,17 @@ protected:
         std::memcpy(record + DICT_PARAMS_USER_LIST, "USER.DIC", 9);
     }
 
-    DictHandle *open() { return api.open(work.path().c_str(), record, 0); }
+    DictHandle *open() { return api.DictOpen(work.path().c_str(), record, 0); }
 
     std::vector<std::string> suggestions(DictHandle *h) {
         std::vector<std::string> out;
         char buffer[64];
-        while (out.size() < 30 && api.nextSug(h, buffer) == 1) out.push_back(buffer);
+        while (out.size() < 30 && api.DictGetNextSug(h, buffer) == 1) out.push_back(buffer);
         return out;
     }
 
     static Dll *dll;
-    DictApi api{*dll};
+    DictApi api;
     WorkFolder work;
     unsigned char record[256] = {};
 };
@@ -81,8 +74,8 @@ TEST_F(DictHost, ChecksWordsAfterTheNumberAndFullStopFilter) {
         {"3\xE9", 1},   // e acute is a letter in the user's code page: looked up
         {"hello..", 1},  // only one full stop goes
     };
-    for (const Case &c : cases) EXPECT_EQ(api.check(h, c.word), c.result) << c.word;
-    EXPECT_EQ(api.close(h), 1);
+    for (const Case &c : cases) EXPECT_EQ(api.DictCheckWord(h, c.word), c.result) << c.word;
+    EXPECT_EQ(api.DictClose(h), 1);
 }
 
 // The engine's suggestions for a word, from ORTH32.DLL in a session holding
@@ -120,7 +113,7 @@ TEST_F(DictHost, SuggestionsAreTheEnginesCutBelowSeventy) {
     DictHandle *h = open();
     ASSERT_NE(h, nullptr);
     char buffer[64];
-    EXPECT_EQ(api.nextSug(h, buffer), 0);  // nothing pending after the open
+    EXPECT_EQ(api.DictGetNextSug(h, buffer), 0);  // nothing pending after the open
     for (const char *word : words) {
         auto engine = engineSuggestions(work.path(), word);
         ASSERT_FALSE(engine.empty()) << word;
@@ -132,16 +125,16 @@ TEST_F(DictHost, SuggestionsAreTheEnginesCutBelowSeventy) {
         cutInside += !want.empty() && want.size() < engine.size();
         noneKept += want.empty();
         allKept += want.size() == engine.size();
-        EXPECT_EQ(api.check(h, word), 1) << word;
+        EXPECT_EQ(api.DictCheckWord(h, word), 1) << word;
         EXPECT_EQ(suggestions(h), want) << word;
         // Exhausted until another word is rejected; an accepted word changes nothing.
-        EXPECT_EQ(api.check(h, "hello"), 0);
-        EXPECT_EQ(api.nextSug(h, buffer), 0) << word;
+        EXPECT_EQ(api.DictCheckWord(h, "hello"), 0);
+        EXPECT_EQ(api.DictGetNextSug(h, buffer), 0) << word;
     }
     EXPECT_GT(cutInside, 0);
     EXPECT_GT(noneKept, 0);
     EXPECT_GT(allKept, 0);
-    EXPECT_EQ(api.close(h), 1);
+    EXPECT_EQ(api.DictClose(h), 1);
 }
 
 TEST_F(DictHost, UserWordsSurviveCloseAndReopenInTheListFile) {
@@ -149,19 +142,19 @@ TEST_F(DictHost, UserWordsSurviveCloseAndReopenInTheListFile) {
     writeBytes(list, std::string("\x01\x00\x03qqx", 6));
     DictHandle *h = open();
     ASSERT_NE(h, nullptr);
-    EXPECT_EQ(api.check(h, "qqx"), 0);  // loaded from the list
-    EXPECT_EQ(api.check(h, "zorblax"), 1);
-    EXPECT_EQ(api.add(h, "zorblax"), 0);
-    EXPECT_EQ(api.check(h, "zorblax"), 0);
-    EXPECT_EQ(api.close(h), 1);
+    EXPECT_EQ(api.DictCheckWord(h, "qqx"), 0);  // loaded from the list
+    EXPECT_EQ(api.DictCheckWord(h, "zorblax"), 1);
+    EXPECT_EQ(api.DictAddWord(h, "zorblax"), 0);
+    EXPECT_EQ(api.DictCheckWord(h, "zorblax"), 0);
+    EXPECT_EQ(api.DictClose(h), 1);
     const std::string saved("\x02\x00\x03qqx\x07zorblax", 14);  // ascending byte order
     EXPECT_EQ(fileBytes(list), saved);
 
     h = open();
     ASSERT_NE(h, nullptr);
-    EXPECT_EQ(api.check(h, "zorblax"), 0);
-    EXPECT_EQ(api.check(h, "qqx"), 0);
-    EXPECT_EQ(api.close(h), 1);
+    EXPECT_EQ(api.DictCheckWord(h, "zorblax"), 0);
+    EXPECT_EQ(api.DictCheckWord(h, "qqx"), 0);
+    EXPECT_EQ(api.DictClose(h), 1);
     EXPECT_EQ(fileBytes(list), saved);
 }
 
@@ -181,10 +174,10 @@ TEST_F(DictHost, SixteenHandlesAtMostAndAnEmptyListSaved) {
     EXPECT_EQ(sid, 0);
     orth.fn<decltype(&ORTH_CloseSession)>("ORTH_CloseSession")(sid);
 
-    EXPECT_EQ(api.close(handles[5]), 1);
+    EXPECT_EQ(api.DictClose(handles[5]), 1);
     handles[5] = open();
     EXPECT_NE(handles[5], nullptr);
-    for (DictHandle *h : handles) EXPECT_EQ(api.close(h), 1);
+    for (DictHandle *h : handles) EXPECT_EQ(api.DictClose(h), 1);
     EXPECT_EQ(fileBytes(work.file("USER.DIC")), std::string("\x00\x00", 2));
 }
 
