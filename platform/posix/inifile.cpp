@@ -138,7 +138,9 @@ std::string lineEndOf(const std::string &t) {
 // that line as a comment. A profile file merely lacks a final line end.
 void closeLastLine(std::string *t, IniMode mode) {
     if (t->empty() || t->back() == '\n') return;
-    std::string eol = lineEndOf(*t);
+    // A last line already ended by a lone CR gets only the LF it lacks;
+    // a full line end after the CR would make the CR part of its value.
+    std::string eol = t->back() == '\r' ? "\n" : lineEndOf(*t);
     if (mode == IniMode::Registry) {
         size_t start = t->rfind('\n');
         start = start == std::string::npos ? 0 : start + 1;

@@ -134,6 +134,12 @@ TEST(ProfileWrite, ChangesOneLineAndKeepsEveryOther) {
               "# kept\r\n[Main]\r\n  Path = new value\r\nOther=1\r\nAdded=2\r\n; about Next\r\n\r\n"
               "[Next]\r\nKey=v\r\nMore=3\r\n[New Section]\r\nK=4\r\n");
     EXPECT_EQ(countTempFiles(dir.path()), 0);
+
+    // A last line cut after its CR keeps the value it read before.
+    writeFile(file, "[Main]\r\nA=1\r\nB=\r");
+    ASSERT_TRUE(platWritePrivateProfileString("Main", "C", "2", file.c_str()));
+    EXPECT_EQ(readFile(file), "[Main]\r\nA=1\r\nB=\r\nC=2\r\n");
+    EXPECT_EQ(readProfile("Main", "B", file), "");
 }
 
 TEST(ProfileWrite, FailingWriteOrCreateLeavesTheOldFile) {
