@@ -100,14 +100,21 @@ unsigned char byteAfter(const TextBlock *block, uint32_t end) {
 // Skips non-word characters from the cursor; skipped punctuation (not white
 // space) forgets the remembered word. False when the end of the text is reached.
 bool skipToCursorWord(TextBlock *block) {
+    // Worked on in locals: a store into previousWord could otherwise alias
+    // the cursor and length and make every step reload them.
     const uint8_t *row = classRow(block);
-    while (block->cursor < block->length) {
-        uint8_t cls = row[byteAt(block, block->cursor)];
-        if (cls & (CC_LETTER | CC_DIGIT)) return true;
-        if ((cls & CC_PUNCT) && !(cls & CC_SPACE)) block->previousWord[0] = '\0';
-        ++block->cursor;
+    const auto *text = reinterpret_cast<const unsigned char *>(block->text);
+    const uint32_t length = block->length;
+    uint32_t pos = block->cursor;
+    bool forget = false;
+    for (; pos < length; ++pos) {
+        uint8_t cls = row[text[pos]];
+        if (cls & (CC_LETTER | CC_DIGIT)) break;
+        if ((cls & CC_PUNCT) && !(cls & CC_SPACE)) forget = true;
     }
-    return false;
+    block->cursor = pos;
+    if (forget) block->previousWord[0] = '\0';
+    return pos < length;
 }
 
 }  // namespace
@@ -217,6 +224,11 @@ int16_t BlockDoubledWordMeasured(TextBlock *block, bool caseSensitive, BlockMeas
 }
 
 int16_t BlockDoubledWordOf(TextBlock *block, bool caseSensitive, const char *word, int16_t follow) {
+    return BlockDoubledWordOfLength(block, caseSensitive, word, strnlen(word, kMaxWordLen), follow);
+}
+
+int16_t BlockDoubledWordOfLength(TextBlock *block, bool caseSensitive, const char *word, uint32_t length,
+                                 int16_t follow) {
     // (A first character that differs decides the case-sensitive test.)
     bool same = caseSensitive ? word[0] == block->previousWord[0] && std::strcmp(word, block->previousWord) == 0
                               : compareNoCase(word, block->previousWord, block->charSet) == 0;
@@ -227,7 +239,8 @@ int16_t BlockDoubledWordOf(TextBlock *block, bool caseSensitive, const char *wor
     if (classOf(block->charSet, static_cast<unsigned char>(follow)) & CC_PUNCT) {
         block->previousWord[0] = '\0';
     } else {
-        copyWord(block->previousWord, word);
+        std::memcpy(block->previousWord, word, length);  // copyWord, its length known
+        block->previousWord[length] = '\0';
         block->previousWordPos = block->cursor;
     }
     return 0;

@@ -49,6 +49,9 @@ int16_t BlockDoubledWordMeasured(TextBlock *block, bool caseSensitive, BlockMeas
 // BlockDoubledWord given what BlockGetWord gave for the word at the cursor
 // with a 64-byte buffer: the word and the byte after it.
 int16_t BlockDoubledWordOf(TextBlock *block, bool caseSensitive, const char *word, int16_t follow);
+// The same for a word whose length (at most kMaxWordLen) is known.
+int16_t BlockDoubledWordOfLength(TextBlock *block, bool caseSensitive, const char *word, uint32_t length,
+                                 int16_t follow);
 
 // Editing.
 int16_t BlockReplaceWord(TextBlock *block, const char *newWord);

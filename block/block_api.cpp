@@ -152,7 +152,7 @@ extern "C" ORTH_API int16_t ORTH_CALL ORTH_CheckBlock(int16_t sessionId, int16_t
                 // alone, the word is still there.
                 const bool cs = (checkMask & ORTH_CASE_SENSITIVE_OPT) != 0;
                 const bool kept = wordSize == kWordBufSize && !overlaps(word, wordSize, replacement, replacementSize);
-                if (kept ? BlockDoubledWordOf(block, cs, word, rc) : BlockDoubledWordMeasured(block, cs, &memo)) {
+                if (kept ? BlockDoubledWordOfLength(block, cs, word, memo.length, rc) : BlockDoubledWordMeasured(block, cs, &memo)) {
                     result |= ORTH_CHK_DOUBLED_WORD;
                 }
             }

@@ -436,7 +436,14 @@ size_t copyWord(char dst[kWordBufSize], const char *src) {
 }
 
 uint16_t normalizeWord(const char *word, int charSet, uint32_t mask, char out[kWordBufSize]) {
-    size_t n = copyWord(out, word);
+    // copyWord's copy, byte by byte: the words are short, and out is always
+    // a buffer of its own.
+    size_t n = 0;
+    while (n < static_cast<size_t>(kMaxWordLen) && word[n] != '\0') {
+        out[n] = word[n];
+        ++n;
+    }
+    out[n] = '\0';
     auto *w = reinterpret_cast<unsigned char *>(out);
     if (n == 0) return 0;
     if ((mask & ORTH_STRIP_POSSESSIVES_OPT) && n >= 2) {
