@@ -61,6 +61,11 @@ uint32_t measureWord(const TextBlock *block, uint32_t start, uint32_t room) {
     uint32_t n = 1;
     bool periodInside = false;
     while (n < stop && startsWord(cs, text[n])) ++n;  // letters and digits, the common run
+    // Most words end there: at the room or the text's end, or at a byte that
+    // neither joins nor is an apostrophe. No character set counts a period,
+    // hyphen or apostrophe as a letter or digit, so the run's last byte is no
+    // apostrophe to drop and no period was inside.
+    if (n == stop || (text[n] != '.' && text[n] != kHyphen && !isApostrophe(text[n]))) return n;
     while (n < room && start + n < length) {
         uint32_t i = start + n;
         unsigned char c = byteAt(block, i);
@@ -181,7 +186,8 @@ int16_t BlockGetWordMeasured(TextBlock *block, char *buffer, uint16_t size, Bloc
         return ORTH_BUFFER_TOO_SMALL_ERR;
     }
     uint32_t n = measureKept(block, start, size - 1u, memo);
-    std::memcpy(buffer, block->text + start, n);
+    const char *from = block->text + start;
+    for (uint32_t i = 0; i < n; ++i) buffer[i] = from[i];  // short words: no call
     buffer[n] = '\0';
     return byteAfter(block, start + n);
 }
