@@ -64,14 +64,14 @@ bool isAllDigits(const char *word, int charSet) {
 // checkWord with the caller's replacement buffer. The checker may treat a
 // nonzero-size replacement as 64 bytes, so a smaller caller buffer is served
 // through a local one and receives at most size-1 bytes and a zero.
-int16_t checkBlockWord(Session *session, uint32_t mask, const char *word, char *replacement,
-                       uint16_t replacementSize) {
+int16_t checkBlockWord(Session *session, const CheckLexicons *lexicons, uint32_t mask, const char *word,
+                       char *replacement, uint16_t replacementSize) {
     if (replacement == nullptr) replacementSize = 0;
     if (replacementSize == 0 || replacementSize >= kWordBufSize) {
-        return checkWord(session, mask, word, replacement, replacementSize);
+        return checkWordGathered(session, lexicons, mask, word, replacement, replacementSize);
     }
     char local[kWordBufSize] = {};
-    int16_t result = checkWord(session, mask, word, local, kWordBufSize);
+    int16_t result = checkWordGathered(session, lexicons, mask, word, local, kWordBufSize);
     size_t n = std::strlen(local);
     if (n > replacementSize - 1u) n = replacementSize - 1u;
     std::memcpy(replacement, local, n);
@@ -135,6 +135,8 @@ extern "C" ORTH_API int16_t ORTH_CALL ORTH_CheckBlock(int16_t sessionId, int16_t
     if (found < 0) return found;
     uint32_t checkMask = mask | s->options;
     BlockMeasure memo;  // the text cannot change during this call
+    CheckLexicons lexicons;  // nor can the session's lexicons
+    gatherLexicons(s, &lexicons);
     for (;;) {
         int16_t rc = BlockGetWordMeasured(block, word, wordSize, &memo);
         if (rc == ORTH_WORD_NOT_FOUND_ERR) return ORTH_CHK_END_OF_BLOCK;
@@ -145,14 +147,15 @@ extern "C" ORTH_API int16_t ORTH_CALL ORTH_CheckBlock(int16_t sessionId, int16_t
         }
         int16_t result = 0;
         if (!isAllDigits(word, block->charSet)) {
-            result = checkBlockWord(s, checkMask, word, replacement, replacementSize);
+            result = checkBlockWord(s, &lexicons, checkMask, word, replacement, replacementSize);
             if (checkMask & ORTH_REPORT_DOUBLED_WORDS_OPT) {
                 // The doubled-word test extracts the word again into 64
                 // bytes; with a word buffer of that size that the check left
                 // alone, the word is still there.
                 const bool cs = (checkMask & ORTH_CASE_SENSITIVE_OPT) != 0;
                 const bool kept = wordSize == kWordBufSize && !overlaps(word, wordSize, replacement, replacementSize);
-                if (kept ? BlockDoubledWordOfLength(block, cs, word, memo.length, rc) : BlockDoubledWordMeasured(block, cs, &memo)) {
+                if (kept ? BlockDoubledWordOfLength(block, cs, word, memo.length, rc)
+                         : BlockDoubledWordMeasured(block, cs, &memo)) {
                     result |= ORTH_CHK_DOUBLED_WORD;
                 }
             }

@@ -23,6 +23,21 @@ constexpr int16_t ORTH_CHK_EXCLUDED = static_cast<int16_t>(0x8000);
 int16_t checkWord(Session *session, uint32_t mask, const char *word, char *replacement,
                   uint16_t replacementSize);
 
+// The session's open lexicons in slot order, as a check consults them.
+// Gathered once, they serve a run of checks during which no lexicon opens,
+// closes or gains words (one block-checking call).
+struct CheckLexicons {
+    const LexEntry *lex[kMaxLexPerSession];
+    int16_t slot[kMaxLexPerSession];
+    int count;
+    int texts;            // how many are text lexicons (the only ones that write a replacement)
+    uint32_t evictions;   // segments the compressed ones had evicted when gathered
+};
+void gatherLexicons(const Session *session, CheckLexicons *list);
+// checkWord over lexicons gathered before (null: gathered for this check).
+int16_t checkWordGathered(Session *session, const CheckLexicons *gathered, uint32_t mask, const char *word,
+                          char *replacement, uint16_t replacementSize);
+
 // Checker internals, for the suggestion engine and the module's tests.
 
 // Looks word up in slots 0 to 15 under sessionOptions (the session's mask,

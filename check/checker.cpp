@@ -29,17 +29,6 @@
 
 namespace {
 
-// The session's open lexicons in slot order, gathered once per check. An
-// empty text lexicon holds no word, so it can neither decide a lookup nor
-// write a replacement, and is left out.
-struct LexList {
-    const LexEntry *lex[kMaxLexPerSession];
-    int16_t slot[kMaxLexPerSession];
-    int count;
-    int texts;            // how many are text lexicons (the only ones that write a replacement)
-    uint32_t evictions;   // segments the compressed ones had evicted when gathered
-};
-
 // Index of the lowest set bit of a nonzero value.
 int16_t lowestBit(uint32_t v) {
 #if defined(__GNUC__)
@@ -54,7 +43,11 @@ int16_t lowestBit(uint32_t v) {
 #endif
 }
 
-void gatherLexicons(const Session *session, LexList *list) {
+}  // namespace
+
+// An empty text lexicon holds no word, so it can neither decide a lookup nor
+// write a replacement, and is left out.
+void gatherLexicons(const Session *session, CheckLexicons *list) {
     list->count = 0;
     list->texts = 0;
     list->evictions = 0;
@@ -73,11 +66,13 @@ void gatherLexicons(const Session *session, LexList *list) {
     }
 }
 
+namespace {
+
 // Search state of one checkWord call.
 struct CheckCall {
     Session *session;
     uint32_t options;            // the session's own mask
-    LexList lexicons;
+    const CheckLexicons *lexicons;  // gathered for this check, or by the caller for several
     const char *word;            // the caller's word
     char replacement[kWordBufSize];
     bool replacementSet;         // replacement holds the word or what became of it
@@ -130,7 +125,7 @@ int16_t verdictOf(Session *session, const LexEntry *lex, bool caseSensitive, con
 
 // One pass over the slots. Verdicts with bit 0 set mean "not here"; the
 // exclusion marker ends the search as "not found"; failures are skipped.
-int16_t lookupOnce(Session *session, const LexList &lexicons, bool caseSensitive, const char *word,
+int16_t lookupOnce(Session *session, const CheckLexicons &lexicons, bool caseSensitive, const char *word,
                    size_t len, char replacement[kWordBufSize], bool *failureLogged) {
     for (int i = 0; i < lexicons.count; ++i) {
         const LexEntry *lex = lexicons.lex[i];
@@ -165,7 +160,7 @@ bool allLettersUpper(int charSet, const char *word) {
 }
 
 // lookupAllLexicons over the gathered lexicons, for a word of known length.
-int16_t lookupAll(Session *session, const LexList &lexicons, uint32_t sessionOptions,
+int16_t lookupAll(Session *session, const CheckLexicons &lexicons, uint32_t sessionOptions,
                   const char *word, size_t len, char replacement[kWordBufSize], bool *failureLogged) {
     int charSet = session->charSet;
     bool caseSensitive = (sessionOptions & ORTH_CASE_SENSITIVE_OPT) != 0;
@@ -190,7 +185,7 @@ int16_t lookupAll(Session *session, const LexList &lexicons, uint32_t sessionOpt
 
 // One lookup of the check.
 int16_t lookupIn(CheckCall &call, uint32_t options, const char *word, size_t len) {
-    return lookupAll(call.session, call.lexicons, options, word, len, call.replacement,
+    return lookupAll(call.session, *call.lexicons, options, word, len, call.replacement,
                      &call.failureLogged);
 }
 
@@ -219,7 +214,7 @@ bool splitRunOfWords(CheckCall &call, const char *word, int16_t *r) {
 }
 
 // Segments evicted so far from the compressed lexicons of the check.
-uint32_t evictionsSoFar(const LexList &lexicons) {
+uint32_t evictionsSoFar(const CheckLexicons &lexicons) {
     uint32_t n = 0;
     for (int i = 0; i < lexicons.count; ++i) {
         if (lexicons.lex[i]->format == ORTH_COMPRESSED_LEX_FORMAT) n += lexicons.lex[i]->clex.evictions;
@@ -273,9 +268,10 @@ void checkSpelling(CheckCall &call, const char *callerWord, const char *word, si
     int16_t r = lookupIn(call, call.options, word, len);
     const int16_t first = r;
     bool found = !(r & 1);
-    // The lookup repeats exactly while nothing it met failed or moved (the
-    // lexicons were gathered just before it).
-    bool repeatable = !found && !call.failureLogged && evictionsSoFar(call.lexicons) == call.lexicons.evictions;
+    // The lookup repeats exactly while nothing it met failed or moved (since
+    // the lexicons were gathered, which was before it: eviction counts only
+    // grow, so a gathering for several checks can only find fewer repeats).
+    bool repeatable = !found && !call.failureLogged && evictionsSoFar(*call.lexicons) == call.lexicons->evictions;
     if (!found && (mask & ORTH_SPLIT_WORDS_OPT)) {
         found = splitRunOfWords(call, word, &r);
         repeatable = false;  // its lookups may have changed the replacement
@@ -333,7 +329,7 @@ int16_t check1Lex(Session *session, const LexEntry *lex, bool caseSensitive, con
 
 int16_t lookupAllLexicons(Session *session, uint32_t sessionOptions, const char *word,
                           char replacement[kWordBufSize], bool *failureLogged) {
-    LexList lexicons;
+    CheckLexicons lexicons;
     gatherLexicons(session, &lexicons);
     return lookupAll(session, lexicons, sessionOptions, word, strnlen(word, kWordBufSize), replacement,
                      failureLogged);
@@ -341,6 +337,11 @@ int16_t lookupAllLexicons(Session *session, uint32_t sessionOptions, const char 
 
 int16_t checkWord(Session *session, uint32_t mask, const char *word, char *replacement,
                   uint16_t replacementSize) {
+    return checkWordGathered(session, nullptr, mask, word, replacement, replacementSize);
+}
+
+int16_t checkWordGathered(Session *session, const CheckLexicons *gathered, uint32_t mask, const char *word,
+                          char *replacement, uint16_t replacementSize) {
     int charSet = session->charSet;
     // Only the two mixed-case rules look at mixed case.
     bool mixed = (mask & (ORTH_IGNORE_MIXED_CASE_OPT | ORTH_REPORT_MIXED_CASE_OPT)) != 0 &&
@@ -352,7 +353,9 @@ int16_t checkWord(Session *session, uint32_t mask, const char *word, char *repla
     CheckCall call;
     call.session = session;
     call.options = session->options;
-    call.lexicons.count = 0;
+    CheckLexicons own;
+    own.count = 0;
+    call.lexicons = gathered != nullptr ? gathered : &own;
     call.word = word;
     call.replacementSet = false;
     call.failureLogged = false;
@@ -389,8 +392,8 @@ int16_t checkWord(Session *session, uint32_t mask, const char *word, char *repla
         return 0;
     }
     if (mask & ORTH_REPORT_SPELLING_OPT) {
-        gatherLexicons(session, &call.lexicons);
-        if (call.lexicons.texts > 0) setReplacement(call);
+        if (gathered == nullptr) gatherLexicons(session, &own);
+        if (call.lexicons->texts > 0) setReplacement(call);
         checkSpelling(call, word, normal, length, overLong, mask, &result);
     }
 
