@@ -49,6 +49,8 @@ TEST(BlockWords, BoundaryTableAndSmallBuffersNeverWritingPastTheSize) {
         {"x\xAAy", "x\xAAy", 0, 64, 1},  // 0xAA is a letter only in ISO 8859-2
         {"U.S.A. x", nullptr, ORTH_BUFFER_TOO_SMALL_ERR, 0}, {"U.S.A. x", "", 'U', 1},
         {"U.S.A. x", "U.S.A", '.', 6}, {"U.S.A. x", "U.S.A.", ' ', 7},
+        {"abcdef", "abc", 'd', 4}, {"abc-", "abc", '-', 4}, {"ab's", "ab's", 0}, {"ab-", "ab", '-'},
+        {"abc\x92s x", "abc\x92s", ' '},
     };
     for (const auto &c : cases) {
         Block blk(c.text, c.charSet);

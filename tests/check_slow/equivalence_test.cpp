@@ -261,6 +261,52 @@ TEST_F(FastPaths, RunningTextAndMisspellingsCheckAlikeUnderOtherCharacterSets) {
     expectWithinBudget();
 }
 
+// Running text checked as blocks (lexicons gathered once per call, tables
+// coming and going under the budget in the middle of a call) stops at
+// exactly the words that checking each word of the walk alone reports.
+TEST_F(FastPaths, BlockChecksStopWhereWordByWordChecksDo) {
+    std::string text;
+    for (const char *name : {"GPL-3", "Apache-2.0", "MPL-2.0"}) text += readFile(std::string("/usr/share/common-licenses/") + name);
+    text += " the the 1984 Qwxz-zz don't dogs' e.g. U.S.A. " + std::string(70, 'b') + " recieve";
+    ASSERT_GT(text.size(), 50000u);
+    setAll(ORTH_REPORT_DOUBLED_WORDS_OPT, 0);
+    for (int16_t s : sid) {  // a text lexicon consulted first, with a replacement
+        int16_t lex = ORTH_CreateLex(s, nullptr, ORTH_AUTO_CHANGE_LEX_TYPE, 1033);
+        ASSERT_EQ(ORTH_AddToLex(s, lex, "recieve", "receive"), 0);
+    }
+    const uint32_t masks[] = {0, ORTH_SPLIT_WORDS_OPT | ORTH_SPLIT_CONTRACTED_WORDS_OPT | ORTH_SPLIT_HYPHENATED_WORDS_OPT |
+                                     ORTH_REPORT_MIXED_DIGITS_OPT};
+    for (uint32_t mask : masks) {
+        std::vector<std::string> expected;
+        for (int16_t s : sid) {
+            std::vector<char> buf(text.begin(), text.end());
+            int16_t block = ORTH_OpenBlock(s, buf.data(), uint32_t(buf.size()), uint32_t(buf.size()), 0);
+            ASSERT_GE(block, 0);
+            std::vector<std::string> alone, stops;
+            char word[kWordBufSize], rep[kWordBufSize];
+            do {
+                if (ORTH_GetBlockWord(s, block, word, sizeof word) < 0) break;
+                if (std::strspn(word, "0123456789") == std::strlen(word)) continue;
+                int16_t r = ORTH_CheckWord(s, mask, word, rep, sizeof rep);
+                if (r != 0) alone.push_back(std::string(word) + ":" + std::to_string(r) + ":" + rep);
+            } while (ORTH_NextBlockWord(s, block) == 0);
+            ORTH_SetBlockCursor(s, block, 0);
+            for (int16_t r; (r = ORTH_CheckBlock(s, block, mask, word, sizeof word, rep, sizeof rep)) != ORTH_CHK_END_OF_BLOCK;) {
+                ASSERT_GT(r, 0);
+                stops.push_back(std::string(word) + ":" + std::to_string(r) + ":" + rep);
+                if (ORTH_NextBlockWord(s, block) != 0) break;
+            }
+            ASSERT_GT(stops.size(), 20u);
+            EXPECT_EQ(stops, alone) << "session " << s << ", mask " << mask;
+            if (expected.empty()) expected = stops;
+            EXPECT_EQ(stops, expected) << "session " << s << ", mask " << mask;
+            ORTH_CloseBlock(s, block);
+        }
+    }
+    EXPECT_GT(lexOf(2)->evictions, 0u);
+    expectWithinBudget();
+}
+
 TEST_F(FastPaths, SuggestionsAndScoresAreTheSame) {
     std::vector<std::string> misspelt;
     for (const std::string &line : crlfLines(kSource + "/bench/data/misspellings.txt")) {
