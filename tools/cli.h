@@ -50,6 +50,13 @@ void encodeUtf8Into(const char *utf8, size_t n, Encoded *out);
 bool isPlainAscii(const char *text, size_t n);
 // The length of text's longest leading part that is plain ASCII so.
 size_t plainAsciiPrefix(const char *text, size_t n);
+// One character between Unicode and set 0: the byte for a code point, or
+// -1 (a letter the set lacks) or -2 (a symbol or punctuation mark it lacks,
+// which separates words); the code point of a byte, U+FFFD where the set has
+// none; a code point below U+10000 appended as UTF-8.
+int set0ByteFor(uint32_t cp);
+uint32_t set0Codepoint(unsigned char c);
+void appendUtf8(std::string *out, uint32_t cp);
 // Converts character-set-0 bytes to UTF-8; with typoApostrophe, plain
 // apostrophes are written as U+2019.
 std::string decodeToUtf8(const std::string &bytes, bool typoApostrophe = false);

@@ -99,37 +99,18 @@ namespace {
 
 // --- The terminal's characters: character set 0, as the files are read. ---
 
-void appendUtf8(std::string *out, uint32_t cp) {
-    if (cp < 0x80) {
-        out->push_back(static_cast<char>(cp));
-    } else if (cp < 0x800) {
-        out->push_back(static_cast<char>(0xC0 | (cp >> 6)));
-        out->push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-    } else {
-        out->push_back(static_cast<char>(0xE0 | (cp >> 12)));
-        out->push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
-        out->push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-    }
-}
-
+// A control character or one the set lacks reads as none (0), and a
+// character the set lacks cannot be typed (-1).
 uint32_t setZeroChar(unsigned char byte) {
     if (byte < 0x20 || byte == 0x7F) return 0;
-    std::string u = decodeToUtf8(std::string(1, static_cast<char>(byte)));
-    auto b = [&](size_t i) { return static_cast<uint32_t>(static_cast<unsigned char>(u[i])); };
-    uint32_t cp = u.size() == 1 ? b(0) : u.size() == 2 ? ((b(0) & 0x1F) << 6) | (b(1) & 0x3F)
-                                                       : ((b(0) & 0x0F) << 12) | ((b(1) & 0x3F) << 6) | (b(2) & 0x3F);
+    uint32_t cp = set0Codepoint(byte);
     return cp == 0xFFFD ? 0 : cp;
 }
 
 int setZeroByte(uint32_t ch) {
     if (ch < 0x20 || ch > 0xFFFF) return -1;
-    std::string u;
-    appendUtf8(&u, ch);
-    Encoded e = encodeUtf8(u);
-    if (e.bytes.size() != 1 || e.foreign[0]) return -1;
-    auto byte = static_cast<unsigned char>(e.bytes[0]);
-    if (byte < 0x20 || (byte == ' ' && ch != ' ')) return -1;
-    return byte;
+    int byte = set0ByteFor(ch);
+    return byte < 0 ? -1 : byte;
 }
 
 const TermCodec kSetZero = {setZeroChar, setZeroByte};

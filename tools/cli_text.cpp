@@ -65,8 +65,9 @@ bool isSeparatorCharacter(uint32_t cp) {
            (cp >= 0x1F000 && cp <= 0x1FAFF);
 }
 
-// The byte for a code point, or -1 (foreign letter) or -2 (separator).
-int byteFor(uint32_t cp) {
+}  // namespace
+
+int set0ByteFor(uint32_t cp) {
     if (cp == 0) return ' ';
     if (cp < 0x80 || (cp >= 0xA0 && cp <= 0xFF)) return static_cast<int>(cp);
     if (cp == 0x2019 || cp == 0x02BC) return '\'';  // typographic and modifier apostrophes
@@ -90,7 +91,10 @@ void appendUtf8(std::string *out, uint32_t cp) {
     }
 }
 
-}  // namespace
+uint32_t set0Codepoint(unsigned char c) {
+    if (c >= 0x80 && c <= 0x9F) return kWinHigh[c - 0x80] ? kWinHigh[c - 0x80] : 0xFFFD;
+    return c;
+}
 
 bool Encoded::hasForeign(size_t from, size_t to) const {
     for (size_t i = from; i < to && i < foreign.size(); ++i)  // identity: none
@@ -144,7 +148,7 @@ void encodeUtf8Into(const char *utf8, size_t n, Encoded *e) {
     while (pos < n) {
         uint32_t cp = 0;
         size_t len = decodeOne(utf8, n, pos, &cp);
-        int byte = len == 0 ? -1 : byteFor(cp);
+        int byte = len == 0 ? -1 : set0ByteFor(cp);
         if (len == 0) len = 1;  // an invalid byte stands for itself
         e->origin.push_back(static_cast<uint32_t>(pos));
         e->foreign.push_back(byte == -1);
@@ -172,10 +176,7 @@ std::string decodeToUtf8(const std::string &bytes, bool typoApostrophe) {
     out.reserve(bytes.size() + bytes.size() / 4);
     for (char ch : bytes) {
         auto c = static_cast<unsigned char>(ch);
-        uint32_t cp = c;
-        if (c == '\'' && typoApostrophe) cp = 0x2019;
-        else if (c >= 0x80 && c <= 0x9F) cp = kWinHigh[c - 0x80] ? kWinHigh[c - 0x80] : 0xFFFD;
-        appendUtf8(&out, cp);
+        appendUtf8(&out, c == '\'' && typoApostrophe ? 0x2019 : set0Codepoint(c));
     }
     return out;
 }
