@@ -12,8 +12,7 @@
 // text lexicon in a fresh folder.
 //
 // Groups: Check Spelling over a buffer (change from a suggestion, Ignore
-// All, Cancel, the position lock, help; the other stops and commands are the
-// dialog model's, tested in tests/ui);
+// All, a doubled word, Change All, Cancel, the position lock, help);
 // Options; Dictionaries with New Dictionary; Check Spelling over an edit
 // control (a selection, placement by the control); the message of a user
 // dictionary that does not open.
@@ -303,6 +302,24 @@ TEST_F(Dialogs, IgnoreAllPassesLaterOccurrencesAndTheLockKeepsThePlace) {
     finish(d3);
 }
 
+TEST_F(Dialogs, DoubledWordIsDeleted) {
+    char text[64] = "It was the the best.";
+    Driver d;
+    d.then(kCheckSpelling, kCsIgnore, [&](HWND dlg) {
+        EXPECT_EQ(itemText(dlg, kCsReason), "Doubled word:");
+        EXPECT_EQ(itemText(dlg, kCsWord), "the");
+        EXPECT_EQ(itemText(dlg, kCsChange), "&Delete");
+        for (int id : {kCsChangeTo, kCsIgnoreAll, kCsChangeAll, kCsAdd, kCsSuggest})
+            EXPECT_FALSE(isEnabled(dlg, id)) << id;
+        for (int id : {int(kCsIgnore), int(kCsChange), int(kIdCancel)}) EXPECT_TRUE(isEnabled(dlg, id)) << id;
+        click(dlg, kCsChange);
+    });
+    EXPECT_EQ(checkText(text, sizeof text), 16);
+    finish(d);
+    EXPECT_STREQ(text, "It was the best.");
+    EXPECT_EQ(statistics().changed, 1u);
+}
+
 // So does an edit control that is no window: it reads as empty, with a log line.
 TEST_F(Dialogs, TextWithoutStopsEndsTheDialogBeforeItShows) {
     char text[64] = "All these words are fine.";
@@ -314,6 +331,26 @@ TEST_F(Dialogs, TextWithoutStopsEndsTheDialogBeforeItShows) {
     EXPECT_EQ(d.dialogsSeen(), 0u);
     EXPECT_NE(fileBytes(work.file("client.log")).find("WM_GETTEXTLENGTH: 0xbad0bad0 is not a window"),
               std::string::npos);
+}
+
+// With AlwaysSuggest set, the best suggestion waits in Change To at once.
+TEST_F(Dialogs, ChangeAllReplacesALaterOccurrenceWithoutStopping) {
+    store.putInt("AlwaysSuggest", true, 1);
+    char text[64] = "We recieve and they recieve it.";
+    Driver d;
+    d.then(kCheckSpelling, kCsIgnore, [&](HWND dlg) {
+        EXPECT_EQ(itemText(dlg, kCsWord), "recieve");
+        EXPECT_FALSE(listItems(dlg, kCsSuggestions).empty());
+        EXPECT_EQ(itemText(dlg, kCsChangeTo), "receive");
+        EXPECT_FALSE(isEnabled(dlg, kCsSuggest));
+        click(dlg, kCsChangeAll);
+    });
+    EXPECT_EQ(checkText(text, sizeof text), 31);
+    finish(d);
+    EXPECT_STREQ(text, "We receive and they receive it.");
+    Statistics s = statistics();
+    EXPECT_EQ(s.changed, 2u);
+    EXPECT_EQ(s.errors, 1u);
 }
 
 // Help with a help file that does not exist says so and leaves the dialog
